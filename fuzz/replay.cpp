@@ -1,0 +1,27 @@
+// Runs a fuzz target once over each file of its corpus.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+int main(int count, char** arguments) {
+    if (count != 2) {
+        std::fprintf(stderr, "usage: %s CORPUS_FOLDER\n", arguments[0]);
+        return 2;
+    }
+    std::size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(arguments[1])) {
+        std::ifstream file(entry.path(), std::ios::binary);
+        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+        ++files;
+    }
+    std::printf("%zu inputs replayed\n", files);
+    return files == 0 ? 1 : 0;
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <SDL2/SDL_events.h>
+#include <deque>
+
+#include "platform/events.h"
+
+namespace Platform::Host {
+
+/// Appends what an SDL event means for the window to the queue; most events mean nothing.
+/// captured tells that the pointer is held by the window.
+void TranslateEvent(const SDL_Event& event, bool captured, std::deque<Event>& queue);
+
+}  // namespace Platform::Host

@@ -1,0 +1,11 @@
+#include "platform/ole.h"
+
+namespace Platform {
+
+Error InitialiseOle() {
+    return Error::None;
+}
+
+void UninitialiseOle() {}
+
+}  // namespace Platform

@@ -1,0 +1,243 @@
+#include <array>
+
+#include "gui_fixture.h"
+
+namespace DirectGL {
+namespace {
+
+TEST_F(GuiTest, AnEmptyWindowIsDrawnOnceAndThenOnlyWhenAskedFor) {
+    EXPECT_EQ(Frame(), (Notes{"Clear #000000ff"}));
+    EXPECT_EQ(Frame(), Notes{});
+    Window* box = MakeBox(0, 0, 10, 10);
+    while (!Frame().empty()) {
+    }
+    box->Invalidate();
+    EXPECT_FALSE(Frame().empty());
+    EXPECT_FALSE(Frame().empty()) << "an Invalidate forces two frames";
+    EXPECT_TRUE(Frame().empty());
+    gui.SetAlwaysRender();
+    EXPECT_FALSE(Frame().empty());
+}
+
+TEST_F(GuiTest, ALayeredFrameStartsClearAndIsPresentedWithItsOpacityAndKey) {
+    gui.SetLayered();
+    gui.EnableColorKey();
+    gui.SetWindowOpacity(0.5F);
+    EXPECT_EQ(Frame(), (Notes{"Clear #00000000"}));
+    EXPECT_EQ(graphics.lastPresentation.opacity, 0.5F);
+    EXPECT_EQ(graphics.lastPresentation.colorKey, 0x00FF00FFU);
+    EXPECT_TRUE(Native().layered);
+}
+
+TEST_F(GuiTest, LayersAreDrawnInTheOrderOfTheirMakingAndHitInReverse) {
+    EXPECT_EQ(gui.AddLayer("UI"), nullptr);
+    Layer* upper = gui.AddLayer("upper");
+    Window* below = MakeBox(0, 0, 50, 50);
+    Window* above = upper->Create<Window>();
+    Place(above, 0, 0, 20, 20);
+    below->SetColor(Red);
+    above->SetColor(Blue);
+    const Notes expected{"Clear #000000ff", "FillRectangle 0,0,50,50 #ff0000ff*1",
+                         "FillRectangle 0,0,20,20 #0000ffff*1"};
+    EXPECT_EQ(Frame(), expected);
+    EXPECT_EQ(gui.HitTest({10, 10}), above);
+    EXPECT_EQ(gui.HitTest({30, 30}), below);
+}
+
+TEST_F(GuiTest, BrushesAreMadeOncePerColourAndAgainAfterALoss) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    box->SetStyle({.fill = Red, .border = Blue, .gradientEnd = Green, .gradient = true});
+    gui.SetAlwaysRender();
+    for (int i = 0; i < 5; ++i)
+        Frame();
+    EXPECT_EQ(graphics.brushesMade, 2);
+    graphics.failFrames = 1;
+    Frame();
+    Frame();
+    EXPECT_EQ(graphics.brushesMade, 4);
+}
+
+TEST_F(GuiTest, FailedFramesRecoverAtOnceAndThenEveryHalfSecond) {
+    struct Step {
+        double wait;
+        bool fails;
+        bool recovers;
+    };
+    const std::array steps{
+        Step{0.0, true, true},    // the first of a run at once
+        Step{0.1, true, false},   // too soon
+        Step{0.45, true, true},   // 0.55 s after the last recovery
+        Step{0.1, false, false},  // a good frame ends the run
+        Step{0.1, true, true},    // so this is a first one again
+    };
+    gui.SetAlwaysRender();
+    Frame();
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        clock.Advance(steps[i].wait);
+        const int targetsBefore = Native().targetsAsked;
+        graphics.failFrames = steps[i].fails ? 1 : 0;
+        Frame();
+        EXPECT_EQ(Native().targetsAsked - targetsBefore, steps[i].recovers ? 1 : 0) << "step " << i;
+    }
+}
+
+TEST_F(GuiTest, WithoutATargetFramesTryEveryHalfSecondAndThenDrawEverythingAgain) {
+    MakeBox(0, 0, 10, 10)->SetColor(Red);
+    Native().FailTargets(2);
+    graphics.failFrames = 1;
+    Frame();
+    EXPECT_EQ(gui.GetTarget(), nullptr);
+    EXPECT_EQ(gui.GetSolidColorBrush(Green), nullptr);
+    Frame();
+    clock.Advance(0.6);
+    Frame();
+    EXPECT_EQ(Native().targetsAsked, 3) << "two tries since the window was opened";
+    clock.Advance(0.6);
+    Frame();
+    ASSERT_NE(gui.GetTarget(), nullptr);
+    EXPECT_EQ(Frame(), (Notes{"Clear #000000ff", "FillRectangle 0,0,10,10 #ff0000ff*1"}))
+        << "a lost frame is asked for again";
+    EXPECT_FALSE(log.empty());
+}
+
+TEST_F(GuiTest, ALayeredTargetFallsBackToSoftware) {
+    Native().FailTargets(1);
+    gui.SetLayered();
+    EXPECT_NE(gui.GetTarget(), nullptr);
+    EXPECT_EQ(Native().lastDevice, Platform::DeviceKind::Software);
+    ASSERT_EQ(log.size(), 1U);
+    EXPECT_TRUE(log[0].starts_with("DirectGL::Gui::_RecreateDeviceResources:")) << log[0];
+    EXPECT_TRUE(log[0].ends_with("Result Failed 0x80004005 ")) << log[0];
+}
+
+TEST_F(GuiTest, WhileMinimisedNothingIsDrawnButUpdatesGoOn) {
+    gui.SetAlwaysRender();
+    int updates = 0;
+    MakeBox(0, 0, 10, 10)->SetUpdate([&](Window*) {
+        ++updates;
+        return WidgetEventRet::Keep;
+    });
+    Native().Minimize();
+    Pump();
+    const int framesBefore = graphics.framesBegun;
+    Frame();
+    Tick();
+    EXPECT_EQ(graphics.framesBegun, framesBefore);
+    EXPECT_EQ(gui.GetRenderState(), Gui::RenderState::HeldBack);
+    EXPECT_EQ(updates, 1);
+    Native().SetMinimizedSilently(false);
+    EXPECT_FALSE(Frame().empty()) << "restored without an event";
+}
+
+TEST_F(GuiTest, ResizingMakesANewTargetAndTellsParentResizedBeforeWindowResized) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    Window* child = box->Create<Window>();
+    box->SetParentResized(Note("parent"));
+    box->SetWindowResized(Note("window"));
+    child->SetWindowResized(Note("child"));
+    Native().Resize(300, 0);
+    Pump();
+    EXPECT_EQ(TakeNotes(), (Notes{"parent", "window", "child"}));
+    EXPECT_EQ(gui.GetWidth(), 300);
+    EXPECT_EQ(gui.GetTarget()->GetSize(), (Size{300, 1}));
+}
+
+TEST_F(GuiTest, HandlersSeeEventsInOrderAndDecideWhatHappens) {
+    using Platform::EventType;
+    gui.AddAllMessagesEvent([this](const Platform::Event&) {
+        notes.emplace_back("all");
+        return MessageEventRet::NotHandled;
+    });
+    gui.AddMessageEvent(EventType::Close, [this](const Platform::Event&) {
+        notes.emplace_back("window");
+        return MessageEventRet::NotHandled;
+    });
+    auto answer = MessageEventRet::NotHandled;
+    gui.AddMessageEvent(EventType::Close, [&](const Platform::Event&) {
+        notes.emplace_back("second");
+        return answer;
+    });
+    gui.AddGlobalMessageEvent(EventType::Close, [this](const Platform::Event&) {
+        notes.emplace_back("global");
+        return MessageEventRet::NotHandled;
+    });
+    for (const auto handled : {MessageEventRet::Handled, MessageEventRet::HandledZero}) {
+        answer = handled;
+        Native().RequestClose();
+        Pump();
+        EXPECT_EQ(TakeNotes(), (Notes{"global", "window", "second"}));
+        EXPECT_TRUE(gui.HasWindow());
+    }
+    answer = MessageEventRet::NotHandled;
+    Native().RequestClose();
+    EXPECT_FALSE(gui.PumpEvents());
+    EXPECT_EQ(TakeNotes(), (Notes{"global", "window", "second", "all", "all"}));
+    EXPECT_FALSE(gui.HasWindow());
+}
+
+TEST_F(GuiTest, TheLoopSleepsAsTheCallbackSaysAndEndsWithQuit) {
+    int ticks = 0;
+    double first = 0.0;
+    gui.MessageLoop([&](double time) {
+        if (++ticks == 1) first = time;
+        if (ticks == 3) {
+            EXPECT_NEAR(time - first, 0.032, 1e-6);
+            for (int i = 0; i < 3; ++i)
+                gui.Quit();
+        }
+        const Gui::Guard nested(gui);
+        return 16.9;
+    });
+    EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(GuiTest, TheLoopEndsWhenTheWindowGoes) {
+    gui.MessageLoop([&](double) {
+        Native().DestroyFromOutside();
+        return 1.0;
+    });
+    int ticks = 0;
+    gui.MessageLoop([&](double) { return ++ticks; });
+    EXPECT_EQ(ticks, 0);
+}
+
+TEST_F(GuiTest, ThreadsStartOnceAndPauseByTheirRates) {
+    gui.SetFps(60);
+    gui.SetUps(0);
+    EXPECT_TRUE(gui.StartRenderingThread());
+    EXPECT_FALSE(gui.StartRenderingThread());
+    clock.WaitForSleepers(1);
+    EXPECT_EQ(clock.FineDepth(), 1);
+    EXPECT_TRUE(gui.StartUpdatingThread());
+    EXPECT_FALSE(gui.StartUpdatingThread());
+    clock.WaitForSleepers(2);
+    EXPECT_EQ(clock.Sleeps(), (std::vector<std::uint32_t>{16, 33}));
+    gui.SetFps(0);
+    clock.Advance(0.017);
+    clock.Release();
+    gui.MessageLoop([&](double) {
+        gui.Quit();
+        return 0.0;
+    });
+    EXPECT_EQ(clock.FineDepth(), 0);
+}
+
+TEST_F(GuiTest, FramesAreCountedOverAWholeSecond) {
+    gui.SetCountFrames();
+    gui.SetAlwaysRender();
+    for (int i = 0; i < 51; ++i) {
+        Frame();
+        clock.Advance(0.02);
+    }
+    EXPECT_EQ(gui.GetMeasuredFps(), 51.0);
+}
+
+TEST_F(GuiTest, ARefusedWindowFailsTheCreation) {
+    desktop.refuseWindow = true;
+    Gui other(desktop);
+    EXPECT_FALSE(other.Create({.title = L"x", .width = 10, .height = 10}));
+    EXPECT_FALSE(other.HasWindow());
+}
+
+}  // namespace
+}  // namespace DirectGL

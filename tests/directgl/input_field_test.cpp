@@ -1,0 +1,174 @@
+#include "directgl/input.h"
+#include "gui_fixture.h"
+
+namespace DirectGL {
+namespace {
+
+using Platform::ModifierAlt;
+using Platform::ModifierControl;
+using Platform::ModifierShift;
+
+// At size 12 a character is 6 pixels wide.
+class InputFieldTest : public GuiTest {
+protected:
+    InputFieldTest() {
+        field->SetTextChanged(Note("changed"));
+        Native().LeftDown(5, 10);
+        Native().LeftUp(5, 10);
+        Pump();
+    }
+
+    void Type(const std::wstring& text, std::uint8_t modifiers = 0) {
+        Native().Type(text, modifiers);
+        Pump();
+    }
+
+    void Press(int key, std::uint8_t modifiers = 0) {
+        Native().Press(key, modifiers);
+        Pump();
+    }
+
+    Input* field = Place(layer->Create<Input>(), 0, 0, 100, 20);
+};
+
+TEST_F(InputFieldTest, TypingAndEditingMoveTheCaret) {
+    Type(L"za\u017C\u00F3\u0142\u0107**");
+    EXPECT_EQ(field->GetText(), L"za\u017C\u00F3\u0142\u0107**");
+    EXPECT_EQ(TakeNotes().size(), 8U);
+    Press(Platform::KeyHome);
+    Press(Platform::KeyBackspace);
+    EXPECT_EQ(TakeNotes(), Notes{}) << "nothing before the start";
+    Press(Platform::KeyDelete);
+    Press(Platform::KeyRight);
+    Press(Platform::KeyBackspace);
+    EXPECT_EQ(field->GetText(), L"\u017C\u00F3\u0142\u0107**");
+    Press(Platform::KeyEnd);
+    Press(Platform::KeyDelete);
+    Press(Platform::KeyLeft);
+    EXPECT_EQ(field->GetCaret(), 5);
+    Type(L"\x7F\r\t");
+    EXPECT_EQ(field->GetText().size(), 6U) << "control characters are no text";
+    Press(Platform::KeyEscape);
+    Type(L"x");
+    EXPECT_EQ(field->GetText().size(), 6U) << "without the focus";
+}
+
+TEST_F(InputFieldTest, ShiftSelectsAndTypingReplaces) {
+    Type(L"abcdef");
+    Press(Platform::KeyLeft, ModifierShift);
+    Press(Platform::KeyLeft, ModifierShift);
+    EXPECT_EQ(field->GetSelectedText(), L"ef");
+    Press(Platform::KeyHome, ModifierShift);
+    EXPECT_EQ(field->GetSelectedText(), L"abcdef");
+    Press(Platform::KeyRight, ModifierShift);
+    Type(L"X");
+    EXPECT_EQ(field->GetText(), L"aX");
+    Press('A', ModifierControl);
+    Press(Platform::KeyBackspace);
+    EXPECT_EQ(field->GetText(), L"");
+}
+
+TEST_F(InputFieldTest, TheClipboardGoesBothWays) {
+    Type(L"abcd");
+    Press('A', ModifierControl);
+    Press('C', ModifierControl);
+    EXPECT_EQ(desktop.clipboard.text, L"abcd");
+    Press(Platform::KeyEnd);
+    desktop.clipboard.text = L"1\n2\x7F";
+    Press('V', ModifierControl);
+    EXPECT_EQ(field->GetText(), L"abcd12");
+    Press(Platform::KeyLeft, ModifierShift);
+    Press('X', ModifierControl);
+    EXPECT_EQ(field->GetText(), L"abcd1");
+    EXPECT_EQ(desktop.clipboard.text, L"2");
+    desktop.clipboard.busy = true;
+    Press('A', ModifierControl);
+    Press('V', ModifierControl);
+    EXPECT_EQ(field->GetText(), L"abcd1");
+    EXPECT_EQ(field->GetSelectedText(), L"abcd1") << "nothing came, nothing goes";
+}
+
+TEST_F(InputFieldTest, AltGrTypesLetters) {
+    desktop.clipboard.text = L"no";
+    for (const char key : {'A', 'C', 'V', 'X'})
+        Press(key, ModifierControl | ModifierAlt);
+    Type(L"\u0105", ModifierControl | ModifierAlt);
+    EXPECT_EQ(field->GetText(), L"\u0105");
+}
+
+TEST_F(InputFieldTest, AFilterRefusesWithoutAnyEffect) {
+    Type(L"12");
+    field->SetCharacterFilter([](wchar_t c) { return c >= L'0' && c <= L'9'; });
+    Press('A', ModifierControl);
+    TakeNotes();
+    Type(L"x");
+    EXPECT_EQ(field->GetText(), L"12");
+    EXPECT_EQ(field->GetSelectedText(), L"12");
+    desktop.clipboard.text = L"x3y4";
+    Press('V', ModifierControl);
+    EXPECT_EQ(field->GetText(), L"34");
+}
+
+TEST_F(InputFieldTest, APasswordIsNeitherShownNorCopied) {
+    field->SetPassword(true);
+    Type(L"secret");
+    Press('A', ModifierControl);
+    Press('C', ModifierControl);
+    EXPECT_EQ(desktop.clipboard.text, std::nullopt);
+    EXPECT_EQ(Drawn("DrawTextLayout"), "0,0 \"******\" #ffffffff*1");
+}
+
+TEST_F(InputFieldTest, ThePlaceholderShowsInAnEmptyFieldWithoutFocus) {
+    field->SetPlaceholder(L"Name");
+    EXPECT_EQ(Drawn("DrawTextLayout"), "");
+    field->Blur();
+    EXPECT_EQ(Drawn("DrawTextLayout"), "0,0 \"Name\" #a6a6a6ff*1");
+    field->SelectAll();
+    EXPECT_EQ(field->GetSelectedText(), L"");
+}
+
+TEST_F(InputFieldTest, TheCaretBlinksAndStandsWhereThePointerPutsIt) {
+    Type(L"abcdef");
+    EXPECT_EQ(Drawn("DrawLine"), "36,2,36,18,1 #ffffffff*1");
+    Native().Click(14, 10);
+    Pump();
+    EXPECT_EQ(field->GetCaret(), 2);
+    EXPECT_EQ(Drawn("DrawLine"), "12,2,12,18,1 #ffffffff*1");
+    Tick(31);
+    EXPECT_EQ(Drawn("DrawLine"), "");
+    Press(Platform::KeyLeft);
+    EXPECT_NE(Drawn("DrawLine"), "") << "a moved caret is seen at once";
+    field->Blur();
+    while (!Frame().empty()) {
+    }
+    Tick(120);
+    EXPECT_TRUE(Frame().empty()) << "a field without focus asks for no frames";
+}
+
+TEST_F(InputFieldTest, TheTextScrollsToKeepTheCaretInView) {
+    Type(std::wstring(30, L'x'));  // 180 pixels in a field of 100
+    Tick();
+    EXPECT_EQ(field->GetScrollOffset(), 82);
+    Press(Platform::KeyHome);
+    Tick();
+    EXPECT_EQ(field->GetScrollOffset(), 0);
+    Press(Platform::KeyEnd);
+    Tick();
+    field->Blur();
+    Native().PointerMove(150, 90);
+    Pump();
+    Tick(30);
+    EXPECT_EQ(field->GetScrollOffset(), 0) << "back to the start";
+    Native().PointerMove(10, 10);
+    Pump();
+    Tick();
+    EXPECT_EQ(field->GetScrollOffset(), 2) << "drifts under the pointer";
+    Tick(60);
+    EXPECT_EQ(field->GetScrollOffset(), 82);
+    field->SetText(L"");
+    Tick();
+    EXPECT_EQ(field->GetScrollOffset(), 0);
+}
+
+}  // namespace
+}  // namespace DirectGL

@@ -1,0 +1,279 @@
+// All three threads of the toolkit busy at once, a user who never rests, and a device that keeps
+// getting lost. What it is for shows under the sanitizers. TOLVAN_STRESS_SECONDS says how long each
+// kind of target runs, 1 second unless set.
+
+#include <cstdlib>
+#include <random>
+#include <thread>
+
+#include "directgl/button.h"
+#include "directgl/framed_text.h"
+#include "directgl/image.h"
+#include "directgl/input.h"
+#include "directgl/modal.h"
+#include "directgl/scrollbar.h"
+#include "directgl/targets/target_fixture.h"
+#include "directgl/toggle.h"
+#include "platform/system_time_source.h"
+
+namespace DirectGL {
+namespace {
+
+constexpr int Width = 120;
+constexpr int Height = 80;
+constexpr std::size_t MostWidgets = 60;
+
+double GetSeconds() {
+    const char* told = std::getenv("TOLVAN_STRESS_SECONDS");
+    return told ? std::atof(told) : 1.0;
+}
+
+class Dice {
+public:
+    explicit Dice(unsigned seed) : engine_(seed) {}
+    int operator()(int below) { return static_cast<int>(engine_() % static_cast<unsigned>(below)); }
+
+private:
+    std::minstd_rand engine_;
+};
+
+/// What the program does to its widgets, on the message thread and with the lock.
+class Program {
+public:
+    Program(Gui& gui, FailingGraphics& graphics, Platform::HeadlessDesktop& desktop)
+        : gui_(gui), graphics_(graphics), desktop_(desktop), layer_(gui.AddLayer("UI")) {
+        root_ = layer_->Create<FrameWindow>(L"root");
+        root_->SetSize(Width, Height);
+        root_->SetCornerRadius(12);
+        root_->SetColor(Blue);
+        Platform::Image image{{8, 8}, std::vector<std::byte>(256, std::byte{200})};
+        picture_ = Utilities::MakeResourceHandle(graphics.GetImageCodec().EncodePng(image));
+    }
+
+    void Act() {
+        const auto& children = root_->GetChildren();
+        if (children.size() < MostWidgets) Dress(Add());
+        Window* picked =
+            children[static_cast<std::size_t>(dice_(static_cast<int>(children.size())))].get();
+        switch (dice_(10)) {
+            case 0:
+                picked->Remove();
+                break;
+            case 1:
+                picked->MoveTo({dice_(Width), dice_(Height)}, 0.1);
+                break;
+            case 2:
+                picked->ResizeTo({10 + dice_(90), 10 + dice_(40)}, 0.1);
+                break;
+            case 3:
+                picked->FadeTo(0.2F, 0.05, FadeBack());
+                break;
+            case 4:
+                picked->IsVisible() ? picked->Hide() : picked->Show();
+                break;
+            case 5:
+                picked->BringToFront();
+                break;
+            case 6:
+                picked->Focus();
+                break;
+            case 7:
+                SpeakThrough(picked);
+                break;
+            case 8:
+                MoveAway(picked);
+                break;
+            default:
+                LoseDevice();
+                break;
+        }
+    }
+
+private:
+    static WidgetCallback FadeBack() {
+        return [](Window* widget) {
+            widget->FadeTo(1.0F, 0.05);
+            return WidgetEventRet::Done;
+        };
+    }
+
+    Window* Add() {
+        switch (dice_(8)) {
+            case 0:
+                return root_->Create<Text>();
+            case 1:
+                return AddButton();
+            case 2:
+                return AddImage();
+            case 3:
+                return root_->Create<Toggle>();
+            case 4:
+                return root_->Create<Input>();
+            case 5:
+                return root_->Create<Modal>();
+            case 6:
+                return root_->Create<FramedText>();
+            default:
+                return root_->Create<Scrollbar>();
+        }
+    }
+
+    Window* AddButton() {
+        auto* button = root_->Create<Button>();
+        auto* label = button->Create<Text>();
+        label->SetText(L"Press", true);
+        button->SetLabel(label);
+        button->SetClicked([](Window* widget) {
+            widget->Remove();
+            return WidgetEventRet::Keep;
+        });
+        return button;
+    }
+
+    Window* AddImage() {
+        auto* image = root_->Create<Image>();
+        image->SetImageFromHandle(picture_);
+        if (dice_(2) == 0) image->SetTint(Red);
+        return image;
+    }
+
+    void Dress(Window* widget) {
+        widget->SetPosition(dice_(Width), dice_(Height));
+        widget->SetSize(10 + dice_(90), 10 + dice_(40));
+        if (dice_(3) == 0) widget->SetPulse(0.1F, 1.0F, 100.0F);
+        widget->AddTimer(0.05, [count = 0](Window* own) mutable {
+            own->SetOpacity(count % 2 == 0 ? 0.5F : 1.0F);
+            if (++count < 20) return WidgetEventRet::Keep;
+            own->Remove();
+            return WidgetEventRet::Done;
+        });
+        SpeakThrough(widget);
+    }
+
+    void SpeakThrough(Window* widget) {
+        const std::wstring words = L"Words " + std::to_wstring(dice_(1000));
+        if (auto* text = dynamic_cast<Text*>(widget)) text->SetText(words);
+        if (auto* framed = dynamic_cast<FramedText*>(widget)) framed->SetFullText(words + words);
+    }
+
+    void MoveAway(Window* widget) {
+        root_->RemoveChild(widget);
+        if (dice_(2) == 0)
+            root_->AddChild(widget);
+        else
+            widget->Remove();
+    }
+
+    void LoseDevice() {
+        if (dice_(20) == 0) graphics_.failFrames = 1 + dice_(3);
+        if (dice_(40) == 0) graphics_.failObjects = dice_(10);
+        if (dice_(60) == 0) desktop_.Window()->FailTargets(1);
+    }
+
+    Gui& gui_;
+    FailingGraphics& graphics_;
+    Platform::HeadlessDesktop& desktop_;
+    Layer* layer_;
+    FrameWindow* root_ = nullptr;
+    ImageHandle picture_;
+    Dice dice_{1};
+};
+
+/// What reaches a window from outside, on a thread of its own.
+void Annoy(Gui& gui, Platform::HeadlessWindow& window, Dice& dice) {
+    using Platform::EventType;
+    const int x = dice(Width);
+    const int y = dice(Height);
+    switch (dice(14)) {
+        case 0:
+            window.LeftDown(x, y);
+            break;
+        case 1:
+            window.LeftUp(x, y);
+            break;
+        case 2:
+            window.RightDown(x, y);
+            break;
+        case 3:
+            window.RightUp(x, y);
+            break;
+        case 4:
+            window.PointerLeave();
+            break;
+        case 5:
+            window.Turn(x, y, 120 - 240 * dice(2));
+            break;
+        case 6:
+            window.Type(L"typed ");
+            break;
+        case 7:
+            window.Press('A' + dice(26), static_cast<std::uint8_t>(dice(8)));
+            break;
+        case 8:
+            window.Push({.type = EventType::CaptureLost});
+            break;
+        case 9:
+            window.Resize(Width - dice(20), Height - dice(20));
+            break;
+        case 10:
+            window.SetMinimizedSilently(dice(4) == 0);
+            break;
+        case 11:
+            window.Push({.type = EventType::Minimized});
+            break;
+        case 12:
+            gui.SetWindowOpacity(0.5F);
+            break;
+        default:
+            window.PointerMove(x, y);
+            break;
+    }
+    gui.MarkDirty();
+}
+
+class StressTest : public testing::TestWithParam<TargetKind> {};
+INSTANTIATE_TEST_SUITE_P(Targets, StressTest, AllTargets, NameOfKind);
+
+TEST_P(StressTest, ThreeThreadsAndAUserAtOnce) {
+    SetLogSink([](std::string_view) {});
+    FailingGraphics graphics(GetParam().open());
+    Platform::SystemTimeSource time;
+    Platform::HeadlessDesktop desktop(graphics, time);
+    std::atomic<int> frames = 0;
+    {
+        Gui gui(desktop);
+        ASSERT_TRUE(gui.Create({.title = L"", .width = Width, .height = Height}));
+        gui.SetLayered();
+        gui.SetAlwaysRender();
+        gui.SetFps(100);
+        gui.SetUps(100);
+        Program program(gui, graphics, desktop);
+        gui.StartRenderingThread();
+        gui.StartUpdatingThread();
+        std::atomic<bool> over = false;
+        std::thread user([&] {
+            Dice dice(2);
+            while (!over) {
+                Annoy(gui, *desktop.Window(), dice);
+                if (gui.GetRenderState() == Gui::RenderState::Drew) ++frames;
+                time.Sleep(1);
+            }
+            gui.Quit();
+        });
+        const double end = gui.Now() + GetSeconds();
+        gui.MessageLoop([&](double now) {
+            program.Act();
+            if (now >= end) over = true;
+            return 1.0;
+        });
+        user.join();
+        EXPECT_GT(gui.GetLastRenderTime(), 0.0);
+        EXPECT_GT(gui.GetLastUpdateTime(), 0.0);
+    }
+    EXPECT_GT(frames, 0);
+    EXPECT_EQ(graphics.liveTargets, 0);
+    SetLogSink({});
+}
+
+}  // namespace
+}  // namespace DirectGL

@@ -1,0 +1,225 @@
+#include "directgl/text.h"
+
+#include "directgl/bold_marks.h"
+#include "directgl/framed_text.h"
+#include "gui_fixture.h"
+
+namespace DirectGL {
+namespace {
+
+// At size 12 a character is 6 pixels wide, 7 when it is bold, and a line 15 high.
+class TextTest : public GuiTest {
+protected:
+    Text* MakeText(const std::wstring& text, HorizontalAlignment alignment) {
+        auto* made = Place(layer->Create<Text>(), 10, 20, 100, 30);
+        made->SetHorizontalAlignment(alignment);
+        made->SetText(text);
+        return made;
+    }
+
+    FramedText* MakeFramed(const std::wstring& text, int width) {
+        auto* made = Place(layer->Create<FramedText>(), 0, 0, width, 30);
+        made->SetFullText(text);
+        return made;
+    }
+};
+
+TEST_F(TextTest, BoldMarksAreTakenOut) {
+    using Ranges = std::vector<Platform::TextRange>;
+    const std::vector<std::tuple<std::wstring, std::wstring, Ranges>> cases{
+        {L"", L"", {}},
+        {L"plain * text", L"plain * text", {}},
+        {L"**all**", L"all", {{0, 3}}},
+        {L"a **b** c **d", L"a b c d", {{2, 1}, {6, 1}}},
+        {L"****", L"", {}},
+        {L"***x", L"*x", {{0, 2}}},
+    };
+    for (const auto& [marked, plain, bold] : cases) {
+        const MarkedText read = ReadBoldMarks(marked);
+        EXPECT_EQ(read.plain, plain);
+        EXPECT_EQ(read.bold, bold);
+    }
+}
+
+TEST_F(TextTest, ATextMeasuresWhatItShows) {
+    Text* text = MakeText(L"", HorizontalAlignment::Left);
+    EXPECT_EQ(text->GetMeasuredWidth(), 0);
+    EXPECT_EQ(Drawn("DrawTextLayout"), "");
+    text->SetText(L"**ab** c ", true);
+    EXPECT_EQ(text->GetSize(), (Size{2 * 7 + 3 * 6, 15})) << "the trailing blank counts";
+    text->SetFontWeight(700);
+    EXPECT_EQ(text->GetMeasuredWidth(), 5 * 7);
+    text->SetFontSize(20);
+    EXPECT_EQ(text->GetMeasuredHeight(), 25);
+    EXPECT_EQ(Drawn("DrawTextLayout"), "10,20 \"ab c \" #ffffffff*1");
+}
+
+TEST_F(TextTest, WrappedHeightWrapsWhateverTheTextDoes) {
+    Text* text = MakeText(L"aaa bbb ccc", HorizontalAlignment::Left);
+    EXPECT_EQ(text->GetWrappedHeight(1000), 15);
+    EXPECT_EQ(text->GetWrappedHeight(8 * 6), 30);
+    EXPECT_EQ(text->GetWrappedHeight(4 * 6), 45);
+    EXPECT_EQ(text->GetMeasuredHeight(), 15);
+}
+
+TEST_F(TextTest, ALayoutIsMadeOnceAndAgainWhenSomethingChanges) {
+    Text* text = MakeText(L"abc", HorizontalAlignment::Left);
+    Drawn("DrawTextLayout");
+    int before = graphics.text.layoutsMade;
+    for (int i = 0; i < 5; ++i)
+        Drawn("DrawTextLayout");
+    EXPECT_EQ(graphics.text.layoutsMade, before);
+    const std::vector<std::function<void()>> changes{
+        [&] { text->SetSize(90, 30); }, [&] { text->SetUnderline(true); },
+        [&] { text->SetVerticalAlignment(VerticalAlignment::Bottom); },
+        [&] { text->SetWordWrap(true); }};
+    for (const auto& change : changes) {
+        before = graphics.text.layoutsMade;
+        change();
+        Drawn("DrawTextLayout");
+        EXPECT_EQ(graphics.text.layoutsMade, before + 1);
+    }
+    graphics.failFrames = 1;
+    Drawn("DrawTextLayout");
+    EXPECT_EQ(graphics.text.layoutsMade, before + 1) << "a layout is no device object";
+}
+
+TEST_F(TextTest, AFailedFormatOrLayoutDrawsNothingAndIsTriedAgain) {
+    graphics.text.failFormats = true;
+    Text* text = MakeText(L"abc", HorizontalAlignment::Left);
+    EXPECT_EQ(Drawn("DrawTextLayout"), "");
+    EXPECT_TRUE(
+        log.back().starts_with("DirectGL::Utilities::GetTextFormat : Fail use of "
+                               "CreateTextFormat! Res "));
+    graphics.text.failFormats = false;
+    graphics.text.failLayouts = true;
+    EXPECT_EQ(Drawn("DrawTextLayout"), "");
+    EXPECT_TRUE(log.back().starts_with("DirectGL::Text::DrawTextW:"));
+    graphics.text.failLayouts = false;
+    EXPECT_NE(Drawn("DrawTextLayout"), "");
+    text->RefreshMeasure();
+    EXPECT_EQ(text->GetMeasuredWidth(), 18);
+}
+
+TEST_F(TextTest, PrivateFamiliesAreThoseOfTheSameCharactersOnceBuilt) {
+    const std::byte file[4]{};
+    const auto isPrivate = [&](const std::wstring& family) {
+        Text text(&gui);
+        text.SetFont(family);
+        return graphics.text.formats.back().privateFamily;
+    };
+    gui.GetPrivateFonts().Build();
+    EXPECT_EQ(graphics.fonts.filesBuilt, 0);
+    EXPECT_TRUE(gui.GetPrivateFonts().Register(file, L"Inter"));
+    EXPECT_FALSE(isPrivate(L"Inter"));
+    gui.GetPrivateFonts().Build();
+    EXPECT_TRUE(isPrivate(L"Inter"));
+    EXPECT_FALSE(isPrivate(L"inter"));
+    graphics.fonts.unsupported = true;
+    EXPECT_FALSE(gui.GetPrivateFonts().Register(file, L"Sora"));
+    EXPECT_EQ(log.back(),
+              "DirectGL::Utilities::RegisterPrivateFont : RegisterPrivateFont: no "
+              "IDWriteFactory5; Sora not loaded");
+}
+
+TEST_F(TextTest, ThePointerSelects) {
+    struct Case {
+        HorizontalAlignment alignment;
+        int left;  ///< where the text begins
+    };
+    for (const Case& test : {Case{HorizontalAlignment::Left, 10},
+                             Case{HorizontalAlignment::Center, 10 + (100 - 37) / 2},
+                             Case{HorizontalAlignment::Right, 10 + 100 - 37}}) {
+        Text* text = MakeText(L"ab**c**def", test.alignment);
+        text->SetSelectable(true);
+        Native().LeftDown(test.left + 4, 25);  // nearer to 1 than to 0
+        Native().PointerMove(test.left + 22, 25);
+        Pump();
+        EXPECT_EQ(text->GetSelectedText(), L"bc");
+        char expected[64];
+        std::snprintf(expected, sizeof expected, "%d,20,%d,50 #3333ffbf*0.75", test.left + 6,
+                      test.left + 19);
+        EXPECT_EQ(Drawn("FillRectangle"), expected);
+        Native().PointerMove(300, 25);
+        Native().LeftUp(0, 25);
+        Pump();
+        EXPECT_EQ(text->GetSelectedText(), L"bcdef") << "an up does not select";
+        Native().Click(test.left + 30, 25);
+        Pump();
+        EXPECT_EQ(text->GetSelectionStart(), Text::NoIndex);
+        text->SelectAll();
+        EXPECT_EQ(text->GetSelectedText(), L"abcdef");
+        text->Remove();
+        Tick();
+    }
+}
+
+TEST_F(TextTest, TakingALookLeavesTextAndSelectionAlone) {
+    Text* model = MakeText(L"model", HorizontalAlignment::Right);
+    model->SetTextColor(Red);
+    model->SetFontSize(20);
+    Text* text = MakeText(L"text", HorizontalAlignment::Left);
+    text->SetSelectable(true);
+    text->SelectAll();
+    text->SetTextChanged(Note("changed"));
+    text->SetTextStyle(model->GetTextStyle());
+    EXPECT_EQ(text->GetText(), L"text");
+    EXPECT_EQ(text->GetSelectedText(), L"text");
+    EXPECT_EQ(text->GetMeasuredWidth(), 40);
+    text->SetText(L"other");
+    EXPECT_EQ(TakeNotes(), (Notes{"changed"}));
+}
+
+TEST_F(TextTest, AFramedTextIsCutToItsBox) {
+    struct Case {
+        const wchar_t* text;
+        int width;
+        bool ellipsis;
+        const wchar_t* shown;
+        int scroll;
+    };
+    for (const Case& test :
+         {Case{L"abcdef", 36, true, L"abcdef", 0}, Case{L"abcdef", 35, true, L"abcd\u2026", 6},
+          Case{L"abcdef", 12, true, L"a\u2026", 24}, Case{L"abcdef", 5, true, L"\u2026", 30},
+          Case{L"abcdef", 0, true, L"abcdef", 0}, Case{L"abcdef", 20, false, L"abcdef", 16}}) {
+        FramedText* framed = MakeFramed(test.text, test.width);
+        framed->SetEllipsis(test.ellipsis);
+        framed->SetScrollSpeed(100.0F);
+        EXPECT_EQ(framed->GetShownText(), test.shown);
+        EXPECT_EQ(framed->GetLabel()->GetText(), test.shown);
+        framed->OnMouseEnter();
+        Tick();
+        EXPECT_EQ(framed->GetLabel()->GetX(), -test.scroll) << test.width;
+        if (test.scroll > 0) {
+            EXPECT_EQ(framed->GetLabel()->GetText(), test.text);
+        }
+        framed->Remove();
+    }
+    EXPECT_EQ(MakeFramed(L"", 50)->GetLabel()->GetY(), 7) << "an empty text keeps its line";
+}
+
+TEST_F(TextTest, AFramedTextScrollsUnderThePointerAndSlidesBack) {
+    FramedText* framed = MakeFramed(L"abcdefghij", 30);
+    framed->SetScrollSpeed(10.0F);
+    Native().PointerMove(5, 5);
+    Pump();
+    Tick();
+    EXPECT_EQ(framed->GetLabel()->GetX(), -10);
+    Tick(10);
+    EXPECT_EQ(framed->GetLabel()->GetX(), -30) << "it stays at the end";
+    Native().PointerMove(100, 90);
+    Pump();
+    Tick();
+    EXPECT_EQ(framed->GetLabel()->GetX(), -21);
+    Tick(20);
+    EXPECT_EQ(framed->GetLabel()->GetX(), 0);
+    EXPECT_EQ(framed->GetLabel()->GetText(), framed->GetShownText());
+    framed->SetMarquee(false);
+    Native().PointerMove(5, 5);
+    Pump();
+    Tick(3);
+    EXPECT_EQ(framed->GetLabel()->GetX(), 0);
+}
+
+}  // namespace
+}  // namespace DirectGL

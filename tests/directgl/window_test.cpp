@@ -1,0 +1,328 @@
+#include "directgl/frame_window.h"
+#include "gui_fixture.h"
+
+namespace DirectGL {
+namespace {
+
+using WindowTest = GuiTest;
+
+TEST_F(WindowTest, ACallbackThatIsDoneLeavesItsSlot) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    int runs = 0;
+    box->SetMoved([&](Window*) {
+        ++runs;
+        return WidgetEventRet::Done;
+    });
+    box->SetPosition(1, 1);
+    box->SetPosition(2, 2);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(WindowTest, ACallbackMayRefillItsSlotOrResetItsWidget) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    for (const auto answer : {WidgetEventRet::Done, WidgetEventRet::Keep}) {
+        box->SetMoved([&, answer](Window* widget) {
+            widget->SetPosition(5, 5);  // its own event does not come back to it
+            widget->SetMoved(Note("second"));
+            return answer;
+        });
+        box->SetPosition(1, 1);
+        box->SetPosition(2, 2);
+        EXPECT_EQ(TakeNotes(), (Notes{"second"}));
+    }
+    box->SetMoved([](Window* widget) {
+        widget->Reset();
+        return WidgetEventRet::Keep;
+    });
+    box->SetPosition(1, 1);
+    box->SetMouseDown(Note("down"));
+    box->SetPosition(3, 3);
+    EXPECT_EQ(box->GetX(), 3) << "the callback is gone with the reset";
+}
+
+TEST_F(WindowTest, ChildrenMoveBetweenParentsAndOrphansWait) {
+    Window* first = MakeBox(0, 0, 10, 10);
+    Window* second = MakeBox(0, 0, 10, 10);
+    Window* child = first->Create<Window>(L"child");
+    second->AddChild(child);
+    second->AddChild(child);
+    second->AddChild(second);
+    child->AddChild(second);
+    EXPECT_TRUE(first->GetChildren().empty());
+    ASSERT_EQ(second->GetChildren().size(), 1U);
+    EXPECT_EQ(child->GetParent(), second);
+    second->RemoveChild(child);
+    first->RemoveChild(child);
+    EXPECT_EQ(child->GetParent(), nullptr);
+    Tick();
+    child->SetParentWindow(first);
+    EXPECT_EQ(first->GetChildren().front().get(), child);
+    EXPECT_EQ(layer->FindByName(L"child"), child);
+    first->AddChild(second);
+    EXPECT_EQ(layer->GetWidgets().size(), 1U) << "a top-level widget became a child";
+}
+
+TEST_F(WindowTest, AnOrphanMayEnd) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    Window* child = box->Create<Window>(L"child");
+    box->RemoveChild(child);
+    child->Remove();
+    EXPECT_EQ(layer->FindByName(L"child"), nullptr);
+    Tick();
+    EXPECT_EQ(gui.TakeOrphan(child), nullptr);
+}
+
+TEST_F(WindowTest, ATreeMovesToTheLayerOfItsNewParent) {
+    Layer* upper = gui.AddLayer("upper");
+    Window* box = MakeBox(0, 0, 10, 10, L"box");
+    Window* child = box->Create<Window>(L"child");
+    // The layers end in the order of their making, this one last.
+    upper->Create<Window>()->AddChild(box);
+    EXPECT_EQ(child->GetLayer(), upper);
+    EXPECT_EQ(upper->FindByName(L"child"), child);
+    EXPECT_EQ(layer->FindByName(L"box"), nullptr);
+}
+
+TEST_F(WindowTest, NamesBelongToTheirLastBearer) {
+    Window* first = MakeBox(0, 0, 10, 10, L"name");
+    Window* second = MakeBox(0, 0, 10, 10, L"name");
+    EXPECT_EQ(layer->FindByName(L"name"), second);
+    first->Remove();
+    Tick();
+    EXPECT_EQ(layer->FindByName(L"name"), second);
+    second->SetName("n\xC3\xA4me");
+    EXPECT_EQ(layer->FindByName(L"name"), nullptr);
+    EXPECT_EQ(layer->FindByName(L"n\u00E4me"), second);
+    EXPECT_EQ(second->GetNameUtf8(), "n\xC3\xA4me");
+    second->Remove();
+    second->Remove();
+    EXPECT_EQ(layer->FindByName(L"n\u00E4me"), nullptr) << "before the widget is destroyed";
+}
+
+TEST_F(WindowTest, DeletedWidgetsAreDestroyedByTheNextUpdate) {
+    bool alive = false;
+    struct Tracked : Window {
+        Tracked(Gui* itsGui) : Window(itsGui) {}
+        ~Tracked() override { *flag = false; }
+        bool* flag = nullptr;
+    };
+    Window* box = MakeBox(0, 0, 10, 10);
+    Tracked* child = box->Create<Tracked>();
+    child->flag = &alive;
+    alive = true;
+    box->DeleteChildren();
+    Frame();
+    EXPECT_TRUE(alive);
+    Tick();
+    EXPECT_FALSE(alive);
+}
+
+TEST_F(WindowTest, AlignmentTakesTheParentAndElseTheWindow) {
+    Window* box = MakeBox(0, 0, 51, 21);
+    Window* child = Place(box->Create<Window>(), 3, 4, 10, 10);
+    box->CenterHorizontally();
+    box->AlignBottom();
+    EXPECT_EQ(box->GetPosition(), (Point{74, 79}));
+    child->AlignRight();
+    child->CenterVertically();
+    EXPECT_EQ(child->GetRect(), (Rect{41, 5, 51, 15}));
+    child->SetSize(90, 10);
+    child->CenterHorizontally();
+    EXPECT_EQ(child->GetX(), -19) << "toward zero";
+    EXPECT_EQ(child->GetAbsoluteRect(), (Rect{55, 84, 145, 94}));
+}
+
+TEST_F(WindowTest, AFadeTakesItsTicksAndMayBeChained) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    box->FadeTo(0.0F, 0.05, [this](Window* widget) {
+        notes.emplace_back("out");
+        widget->FadeTo(1.0F, 0.0, Note("in"));
+        return WidgetEventRet::Done;
+    });
+    Tick(2);
+    EXPECT_NEAR(box->GetOpacity(), 1.0F / 3.0F, 1e-5);
+    EXPECT_EQ(TakeNotes(), Notes{});
+    Tick();
+    EXPECT_EQ(box->GetOpacity(), 0.0F);
+    Tick();
+    EXPECT_EQ(box->GetOpacity(), 1.0F) << "no seconds take one tick";
+    EXPECT_EQ(TakeNotes(), (Notes{"out", "in"}));
+}
+
+TEST_F(WindowTest, MotionsReachTheirTargetInEveryDirection) {
+    struct Case {
+        Point from;
+        Point to;
+        int ticks;
+    };
+    for (const Case& motion : {Case{{0, 0}, {10, 3}, 3}, Case{{10, 10}, {0, 10}, 3},
+                               Case{{0, 0}, {-10, 7}, 7}, Case{{5, 5}, {4, 6}, 30}}) {
+        Window* box = MakeBox(motion.from.x, motion.from.y, 10, 10);
+        box->MoveTo(motion.to, motion.ticks / 60.0, Note("done"));
+        Tick(motion.ticks + 1);  // the sum of the steps may fall a hair short
+        EXPECT_EQ(box->GetPosition(), motion.to);
+        EXPECT_EQ(TakeNotes(), (Notes{"done"})) << motion.ticks;
+    }
+    Window* box = MakeBox(1, 1, 10, 10);
+    box->MoveTo({1, 1}, 1.0, Note("moved"));
+    box->ResizeTo({20, 5}, 0.0, Note("resized"));
+    Tick(2);
+    EXPECT_EQ(box->GetSize(), (Size{20, 5}));
+    EXPECT_EQ(TakeNotes(), (Notes{"resized"})) << "nowhere to go, nothing to tell";
+}
+
+TEST_F(WindowTest, TimersAreDueAfterTheirIntervalAndMayChangeTheList) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    int second = 0;
+    box->AddTimer(0.1, [&](Window* widget) {
+        notes.emplace_back("first");
+        widget->RemoveTimer(second);
+        widget->AddTimer(0.0, Note("new"));
+        return WidgetEventRet::Done;
+    });
+    second = box->AddTimer(0.1, Note("second"));
+    box->AddTimer(0.1, Note("third"));
+    Tick(5);
+    EXPECT_EQ(TakeNotes(), Notes{});
+    Tick();
+    EXPECT_EQ(TakeNotes(), (Notes{"first", "third"}));
+    Tick();
+    EXPECT_EQ(TakeNotes(), (Notes{"new"}));
+    box->AddTimer(0.0, [](Window* widget) {
+        widget->Reset();
+        return WidgetEventRet::Keep;
+    });
+    Tick(20);
+    TakeNotes();
+    Tick(20);
+    EXPECT_EQ(TakeNotes(), Notes{});
+}
+
+TEST_F(WindowTest, APulseIsATriangleOnTheClock) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    box->SetPulse(0.2F, 1.0F, 2000.0F);
+    const double start = 2'000'000.0;
+    for (const auto& [offset, opacity] :
+         {std::pair{0.0, 0.2F}, {0.5, 0.6F}, {1.0, 1.0F}, {1.75, 0.4F}}) {
+        box->Update(start + offset);
+        EXPECT_NEAR(box->GetOpacity(), opacity, 1e-4) << offset;
+    }
+}
+
+TEST_F(WindowTest, ChildrenAddedDuringAPassWaitForTheNext) {
+    Window* box = MakeBox(0, 0, 10, 10);
+    Window* child = box->Create<Window>();
+    child->SetUpdate([this, box](Window*) {
+        notes.emplace_back("child");
+        box->Create<Window>()->SetUpdate(Note("new"));
+        return WidgetEventRet::Done;
+    });
+    Tick();
+    EXPECT_EQ(TakeNotes(), (Notes{"child"}));
+    Tick();
+    EXPECT_EQ(TakeNotes(), (Notes{"new"}));
+    box->Create<Window>()->SetUpdate([box](Window*) {
+        box->DeleteChildren();
+        return WidgetEventRet::Keep;
+    });
+    Tick();
+    EXPECT_TRUE(box->GetChildren().empty());
+}
+
+TEST_F(WindowTest, BackgroundsFollowTheStyle) {
+    Window* box = MakeBox(10, 20, 30, 40);
+    box->SetOpacity(0.5F);
+    const ColorRGBA faint{1.0F, 0.0F, 0.0F, 0.5F};
+    struct Case {
+        WindowStyle style;
+        int radius;
+        Notes drawn;
+    };
+    const std::vector<Case> cases{
+        {{.fill = Red, .border = Red, .gradientEnd = {}},
+         0,
+         {"FillRectangle 10,20,40,60 #ff0000ff*0.5"}},
+        {{.fill = faint, .border = {}, .gradientEnd = {}},
+         4,
+         {"FillRoundedRectangle 10,20,40,60,4 #ff000080*0.25"}},
+        {{.fill = Red, .border = Blue, .gradientEnd = {}, .borderWidth = 0.0F},
+         0,
+         {"FillRectangle 10,20,40,60 #ff0000ff*0.5", "DrawRectangle 10,20,40,60,1 #0000ffff*0.5"}},
+        {{.fill = Red, .border = Blue, .gradientEnd = Green, .gradient = true, .borderWidth = 2.0F},
+         6,
+         {"FillRoundedRectangle 10,20,40,60,6 #ff0000ff>#00ff00ff*0.5 10,20>10,60",
+          "DrawRoundedRectangle 10,20,40,60,6,2 #0000ffff*0.5"}},
+        {{.fill = Red, .border = {}, .gradientEnd = Green, .gradient = true, .horizontal = true},
+         0,
+         {"FillRectangle 10,20,40,60 #ff0000ff>#00ff00ff*0.5 10,20>40,20"}},
+    };
+    for (const Case& test : cases) {
+        box->SetStyle(test.style);
+        box->SetCornerRadius(test.radius);
+        Notes drawn = Frame();
+        drawn.erase(drawn.begin());
+        EXPECT_EQ(drawn, test.drawn);
+    }
+    graphics.failFrames = 1;
+    Frame();
+    graphics.failObjects = 100;
+    Notes drawn = Frame();
+    EXPECT_EQ(drawn.size(), 1U) << "without a brush the widget stays blank";
+    graphics.failObjects = 0;
+}
+
+TEST_F(WindowTest, AFrameClipsItsChildrenToItsPartOfTheParents) {
+    FrameWindow* outer = Place(layer->Create<FrameWindow>(), 10, 10, 50, 50);
+    FrameWindow* inner = Place(outer->Create<FrameWindow>(), 20, 20, 100, 10);
+    inner->SetCornerRadius(5);
+    Place(inner->Create<Window>(), -10, -10, 500, 500)->SetColor(Red);
+    const Notes expected{"Clear #000000ff",
+                         "PushClip 10,10,60,60",
+                         "PushRoundedClip 30,30,60,40,5",
+                         "FillRectangle 20,20,520,520 #ff0000ff*1",
+                         "PopClip",
+                         "PopClip"};
+    EXPECT_EQ(Frame(), expected);
+}
+
+TEST_F(WindowTest, ResetBringsAWidgetBackToItsBirth) {
+    Window* box = MakeBox(5, 5, 10, 10);
+    box->Create<Window>();
+    box->SetColor(Red);
+    box->SetCornerRadius(3);
+    box->SetPulse(0.0F, 1.0F, 100.0F);
+    box->AddTimer(0.0, Note("timer"));
+    box->SetUpdate(Note("update"));
+    box->DisableMouse();
+    box->Focus();
+    box->Reset();
+    Tick(2);
+    EXPECT_EQ(TakeNotes(), Notes{});
+    EXPECT_TRUE(box->GetChildren().empty());
+    EXPECT_EQ(box->GetRect(), Rect{});
+    EXPECT_EQ(box->GetStyle(), nullptr);
+    EXPECT_EQ(box->GetOpacity(), 1.0F);
+    EXPECT_TRUE(box->AcceptsMouse());
+    EXPECT_EQ(gui.GetFocused(), nullptr);
+}
+
+TEST(WindowWithoutGuiTest, ATreeWorksByItself) {
+    Window root(nullptr);
+    root.SetSize(100, 50);
+    auto* child = new Window(nullptr);
+    root.AddChild(child);
+    child->SetSize(10, 10);
+    child->AlignRight();
+    EXPECT_EQ(root.HitTest({95, 5}), child);
+    child->FadeTo(0.0F, 1.0);
+    for (int i = 0; i < 30; ++i)
+        root.Update(i);
+    EXPECT_EQ(child->GetOpacity(), 0.0F) << "30 ticks a second without a Gui";
+    root.Draw();
+    root.RemoveChild(child);
+    const std::unique_ptr<Window> mine(child);
+    EXPECT_EQ(child->GetClipRect(), Rect{});
+}
+
+}  // namespace
+}  // namespace DirectGL

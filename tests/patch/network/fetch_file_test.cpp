@@ -1,0 +1,200 @@
+#include <future>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <vector>
+
+#include "patch/fetch.h"
+#include "platform/files.h"
+#include "support/test_files.h"
+#include "support/test_server.h"
+
+namespace {
+
+using Launcher::FetchFile;
+using TestSupport::MakeTestFolder;
+using TestSupport::ReadText;
+using TestSupport::WriteText;
+using namespace TestServer;
+
+constexpr std::size_t Mebibyte = 1024 * 1024;
+
+/// One FetchFile with everything that it tells.
+struct Fetched {
+    bool Run(const std::wstring& url, const std::wstring& destination) {
+        succeeded = FetchFile(
+            url, destination,
+            [this](std::uint64_t done, std::uint64_t total) {
+                EXPECT_GT(done, lastDone);
+                lastDone = done;
+                lastTotal = total;
+            },
+            cancelled, &errorText,
+            [this](std::span<const std::byte> bytes) {
+                sunk.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+            });
+        return succeeded;
+    }
+
+    std::function<bool()> cancelled;
+    bool succeeded = false;
+    std::wstring errorText = L"untouched";
+    std::string sunk;
+    std::uint64_t lastDone = 0;
+    std::uint64_t lastTotal = 0;
+};
+
+TEST(FetchFile, StreamsIntoTheFileTheSinkAndTheProgress) {
+    const std::string body = BigBody(4'200'000);
+    for (const char* rule : {"file=big:4200000", "file=big:4200000,chunked",
+                             "file=big:4200000,no-length", "file=big:4200000,trickle:20M"}) {
+        for (const std::wstring& url : {Http(L"file"), Https(L"file")}) {
+            SCOPED_TRACE(rule);
+            const Misbehaviour misbehaviour(rule);
+            const std::wstring destination = MakeTestFolder() + L"\\new/folders\\file.part";
+            Fetched fetched;
+            EXPECT_TRUE(fetched.Run(url, destination));
+            EXPECT_EQ(fetched.errorText, L"untouched");
+            EXPECT_TRUE(ReadText(destination) == body);
+            EXPECT_TRUE(fetched.sunk == body);
+            EXPECT_EQ(fetched.lastDone, body.size());
+            EXPECT_EQ(fetched.lastTotal, body.size());
+        }
+    }
+}
+
+TEST(FetchFile, ReplacesAFileAndTakesAnEmptyOne) {
+    const std::wstring destination = MakeTestFolder() + L"\\file";
+    WriteText(destination, std::string(100, 'x'));
+    Put("short", "new");
+    EXPECT_TRUE(FetchFile(Https(L"short"), destination, {}, {}, nullptr, {}));
+    EXPECT_EQ(ReadText(destination), "new");
+
+    const Misbehaviour misbehaviour("empty=empty");
+    EXPECT_TRUE(FetchFile(Https(L"empty"), destination, {}, {}, nullptr, {}));
+    EXPECT_TRUE(Platform::PathExists(destination));
+    EXPECT_EQ(ReadText(destination), "");
+}
+
+TEST(FetchFile, LeavesNothingAndSaysWhyWhenTheServerFails) {
+    struct Case {
+        const char* rule;
+        const wchar_t* text;
+    };
+    const Case cases[] = {
+        {"bad=status:404", L"HTTP 404"},
+        {"bad=status:500", L"HTTP 500"},
+        {"bad=status:302", L"HTTP 302"},
+        {"bad=status:204", L"HTTP 204"},
+        {"bad=redirect:self", L"Could not open the download URL"},
+        {"bad=junk:10M,cut:3200K", L"Truncated: got 3 MB of 10 MB"},
+        {"bad=junk:10M,cut:0", L"Truncated: got 0 MB of 10 MB"},
+        {"bad=junk:10M,length:%2B1", L"Truncated: got 10 MB of 10 MB"},
+        {"@*=close", L"Could not open the download URL"},
+    };
+    for (const Case& row : cases) {
+        for (const std::wstring& url : {Http(L"bad"), Https(L"bad")}) {
+            SCOPED_TRACE(row.rule);
+            const std::wstring destination = MakeTestFolder() + L"\\file";
+            WriteText(destination, "old");
+            Fetched fetched;
+            {
+                const Misbehaviour misbehaviour(row.rule);
+                DropConnections();
+                EXPECT_FALSE(fetched.Run(url, destination));
+            }
+            EXPECT_EQ(fetched.errorText, row.text);
+            EXPECT_FALSE(Platform::PathExists(destination));
+        }
+    }
+}
+
+TEST(FetchFile, SaysThatAServerIsNotThere) {
+    const std::wstring destination = MakeTestFolder() + L"\\file";
+    const Misbehaviour refusing("@http=refuse");
+    DropConnections();
+    for (const std::wstring& url :
+         {Http(L"x"), std::wstring(L"https://nowhere.invalid/x"), std::wstring(L"nonsense"),
+          std::wstring(L"ftp://localhost/x"), std::wstring()}) {
+        Fetched fetched;
+        EXPECT_FALSE(fetched.Run(url, destination));
+        EXPECT_EQ(fetched.errorText, L"Could not open the download URL");
+    }
+}
+
+TEST(FetchFile, TrustsOnlyACertificateWithoutFault) {
+    Put("certified", "text");
+    const std::wstring destination = MakeTestFolder() + L"\\file";
+    for (const wchar_t* certificate :
+         {L"WRONG_NAME", L"EXPIRED", L"UNKNOWN_ISSUER", L"SELF_SIGNED"}) {
+        Fetched fetched;
+        EXPECT_FALSE(fetched.Run(HttpsWith(certificate, L"certified"), destination));
+        EXPECT_EQ(fetched.errorText, L"Could not open the download URL");
+        EXPECT_FALSE(Platform::PathExists(destination));
+    }
+}
+
+TEST(FetchFile, SaysThatTheFileCannotBeMade) {
+    Put("file", "text");
+    const std::wstring folder = MakeTestFolder();
+    WriteText(folder + L"\\file", "old");
+    Platform::File held;
+    const Platform::OpenOptions alone{.sharing = Platform::ShareNone};
+    ASSERT_EQ(held.Open(folder + L"\\file", alone), Platform::Error::None);
+    ASSERT_EQ(Platform::MakeFolder(folder + L"\\folder"), Platform::Error::None);
+    for (const wchar_t* place : {L"\\file", L"\\folder", L"\\file\\below_a_file"}) {
+        Fetched fetched;
+        EXPECT_FALSE(fetched.Run(Https(L"file"), folder + place));
+        EXPECT_EQ(fetched.errorText, L"Could not create the download file");
+    }
+    held.Close();
+    EXPECT_EQ(ReadText(folder + L"\\file"), "old");
+    EXPECT_TRUE(Platform::IsExistingFolder(folder + L"\\folder"));
+}
+
+TEST(FetchFile, StopsAtACancelWithoutAText) {
+    const Misbehaviour misbehaviour("file=junk:10M");
+    const std::wstring destination = MakeTestFolder() + L"\\file";
+    for (const int blocks : {0, 1, 20}) {
+        Fetched fetched;
+        fetched.cancelled = [&] { return fetched.sunk.size() >= blocks * 65'536u; };
+        EXPECT_FALSE(fetched.Run(Https(L"file"), destination));
+        EXPECT_EQ(fetched.errorText, L"untouched");
+        EXPECT_LT(fetched.sunk.size(), 10 * Mebibyte);
+        EXPECT_FALSE(Platform::PathExists(destination));
+    }
+}
+
+TEST(FetchFile, RidesOnOneConnectionFromFileToFile) {
+    const Misbehaviour misbehaviour("many/*=junk:64K");
+    const std::wstring folder = MakeTestFolder();
+    DropConnections();
+    const LogMark log;
+    for (int i = 0; i < 50; ++i) {
+        const std::wstring name = std::to_wstring(i);
+        EXPECT_TRUE(FetchFile(Https(L"many/" + name), folder + L"\\" + name, {}, {}, nullptr, {}));
+    }
+    EXPECT_EQ(log.Count("listener=https"), 1) << log.Since();
+}
+
+TEST(FetchFile, WorksOnThreadsAtOnce) {
+    const Misbehaviour misbehaviour("file=big:4200000");
+    const std::string body = BigBody(4'200'000);
+    const std::wstring folder = MakeTestFolder();
+    std::vector<std::future<bool>> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.push_back(std::async(std::launch::async, [&, i] {
+            const std::wstring destination = folder + L"\\" + std::to_wstring(i);
+            bool good = true;
+            for (int turn = 0; turn < 5; ++turn) {
+                good = FetchFile(Https(L"file"), destination, {}, {}, nullptr, {}) &&
+                       ReadText(destination) == body && good;
+            }
+            return good;
+        }));
+    }
+    for (std::future<bool>& thread : threads) {
+        EXPECT_TRUE(thread.get());
+    }
+}
+
+}  // namespace

@@ -1,0 +1,266 @@
+#include "platform/files.h"
+
+#include <array>
+
+#include "platform/text.h"
+#include "support/scratch.h"
+#include "support/wine.h"
+
+namespace Platform {
+namespace {
+
+using TestSupport::Bytes;
+using TestSupport::ReadText;
+using TestSupport::WriteText;
+
+class Files : public TestSupport::Scratch {};
+
+TEST_F(Files, WhatIsWrittenIsRead) {
+    const std::wstring path = At(L"data.bin");
+    File file;
+    ASSERT_EQ(file.Open(path, {.access = AccessRead | AccessWrite,
+                               .disposition = Disposition::CreateNew}),
+              Error::None);
+    EXPECT_EQ(file.Write(Bytes("one ")), Error::None);
+    EXPECT_EQ(file.Write(Bytes("two")), Error::None);
+    EXPECT_EQ(file.Flush(), Error::None);
+    std::uint64_t size = 0;
+    EXPECT_EQ(file.GetSize(size), Error::None);
+    EXPECT_EQ(size, 7u);
+    file.Close();
+
+    ASSERT_EQ(file.Open(path, {}), Error::None);
+    EXPECT_EQ(file.GetSize(size), Error::None);
+    EXPECT_EQ(size, 7u);
+    std::array<char, 4> buffer{};
+    const auto bytes = std::as_writable_bytes(std::span(buffer));
+    std::size_t got = 0;
+    EXPECT_EQ(file.Read(bytes, got), Error::None);
+    EXPECT_EQ(std::string_view(buffer.data(), got), "one ");
+    EXPECT_EQ(file.Read(bytes, got), Error::None);
+    EXPECT_EQ(std::string_view(buffer.data(), got), "two");
+    EXPECT_EQ(file.Read(bytes, got), Error::None);
+    EXPECT_EQ(got, 0u);
+    EXPECT_EQ(file.ReadAt(5, bytes, got), Error::None);
+    EXPECT_EQ(std::string_view(buffer.data(), got), "wo");
+    EXPECT_EQ(file.ReadAt(1000, bytes, got), Error::None);
+    EXPECT_EQ(got, 0u);
+    EXPECT_EQ(file.Write(Bytes("x")), Error::AccessDenied);
+    file.Close();
+
+    ASSERT_EQ(file.Open(path, {.access = AccessWrite}), Error::None);
+    EXPECT_EQ(file.Read(bytes, got), Error::AccessDenied);
+    EXPECT_EQ(file.Write(Bytes("ONE")), Error::None);
+    file.Close();
+    EXPECT_EQ(file.GetSize(size), Error::InvalidHandle);
+    EXPECT_EQ(ReadText(path), "ONE two");
+}
+
+TEST_F(Files, AReaderSeesWhatAnotherHandleWrites) {
+    const std::wstring path = At(L"growing.log");
+    WriteText(path, "");
+    File reader;
+    ASSERT_EQ(reader.Open(path, {}), Error::None);
+    std::uint64_t size = 1;
+    EXPECT_EQ(reader.GetSize(size), Error::None);
+    EXPECT_EQ(size, 0u);
+    File writer;
+    ASSERT_EQ(writer.Open(path, {.access = AccessWrite}), Error::None);
+    ASSERT_EQ(writer.Write(Bytes("longer")), Error::None);
+    EXPECT_EQ(reader.GetSize(size), Error::None);
+    EXPECT_EQ(size, 6u);
+}
+
+TEST_F(Files, DispositionsAndWhatStandsThere) {
+    WriteText(At(L"file.txt"), "old");
+    ASSERT_EQ(MakeFolder(At(L"folder")), Error::None);
+    constexpr auto Existing = Disposition::OpenExisting;
+    constexpr auto New = Disposition::CreateNew;
+    constexpr auto Always = Disposition::CreateAlways;
+    const struct {
+        const wchar_t* name;
+        unsigned access;
+        Disposition disposition;
+        Error expected;
+    } cases[] = {
+        {L"file.txt", AccessRead, Existing, Error::None},
+        {L"FILE.TXT", AccessRead, Existing, Error::None},
+        {L"folder/../file.txt", AccessRead, Existing, Error::None},
+        {L".\\\\file.txt", AccessRead, Existing, Error::None},
+        {L"file.txt. .", AccessRead, Existing, Error::None},
+        {L"file.txt", AccessWrite, New, Error::FileExists},
+        {L"File.txt", AccessWrite, New, Error::FileExists},
+        {L"gone.txt", AccessRead, Existing, Error::FileNotFound},
+        {L"gone\\file.txt", AccessRead, Existing, Error::PathNotFound},
+        {L"gone\\file.txt", AccessWrite, Always, Error::PathNotFound},
+        {L"file.txt\\below.txt", AccessWrite, Always, Error::PathNotFound},
+        {L"folder", AccessRead, Existing, Error::AccessDenied},
+        {L"folder", AccessWrite, Existing, Error::AccessDenied},
+        {L"folder", AccessWrite, Always, Error::AccessDenied},
+        {L"a<b.txt", AccessWrite, Always, Error::InvalidName},
+        {L"a?.txt", AccessRead, Existing, Error::InvalidName},
+        {L"a|b", AccessWrite, New, Error::InvalidName},
+        {L"\"quoted\"", AccessWrite, New, Error::InvalidName},
+        {L"new.txt", AccessWrite, New, Error::None},
+        {L"newer.txt", AccessWrite, Always, Error::None},
+    };
+    for (const auto& each : cases) {
+        File file;
+        EXPECT_EQ(
+            file.Open(At(each.name), {.access = each.access, .disposition = each.disposition}),
+            each.expected)
+            << Utf8FromWide(each.name);
+        EXPECT_EQ(file.IsOpen(), Succeeded(each.expected));
+    }
+    EXPECT_EQ(ReadText(At(L"file.txt")), "old");
+    File emptied;
+    EXPECT_EQ(emptied.Open(At(L"FILE.txt"),
+                           {.access = AccessWrite, .disposition = Disposition::CreateAlways}),
+              Error::None);
+    EXPECT_EQ(ReadText(At(L"file.txt")), "");
+}
+
+TEST_F(Files, NamesInManyScripts) {
+    const std::wstring names[] = {
+        L"pelit \u00e4\u00f6\u00e5.dat",
+        L"\u0438\u0433\u0440\u0430.dat",
+        L"\u03c0\u03b1\u03b9\u03c7\u03bd\u03af\u03b4\u03b9",
+        L"\u904a\u6232.dat",
+        L"\uac8c\uc784",
+        L"\u0644\u0639\u0628\u0629.dat",
+        L"\u0e40\u0e01\u0e21",
+        WideFromUtf8("\xf0\x9f\x8e\xae game"),
+        L"100% & (a) [b] {c} ~!@#$^_+=';,.x",
+    };
+    for (const std::wstring& name : names)
+        WriteText(At(name), Utf8FromWide(name));
+    std::vector<FolderEntry> entries;
+    ASSERT_EQ(ListFolder(folder_, entries), Error::None);
+    EXPECT_EQ(entries.size(), std::size(names));
+    for (const FolderEntry& entry : entries) {
+        EXPECT_EQ(ReadText(At(entry.name)), Utf8FromWide(entry.name));
+    }
+    EXPECT_EQ(ReadText(At(L"\u0418\u0413\u0420\u0410.DAT")), Utf8FromWide(names[1]));
+}
+
+TEST_F(Files, Attributes) {
+    const std::wstring path = At(L"client.exe");
+    WriteText(path, "client");
+    constexpr std::uint32_t hidden = AttributeHidden | AttributeSystem;
+    constexpr std::uint32_t asked = hidden | AttributeReadOnly;
+    const auto attributesNow = [&] {
+        FileInfo info;
+        EXPECT_EQ(GetFileInfo(path, info), Error::None);
+        EXPECT_EQ(info.size, 6u);
+        EXPECT_FALSE(info.IsFolder());
+        return info.attributes & asked;
+    };
+    EXPECT_EQ(attributesNow(), 0u);
+
+    ASSERT_EQ(ChangeAttributes(path, hidden | AttributeNotContentIndexed), Error::None);
+    EXPECT_EQ(attributesNow(), hidden);
+    EXPECT_EQ(ReadText(path), "client");
+    ASSERT_EQ(MovePath(path, At(L"moved.exe"), {}), Error::None);
+    ASSERT_EQ(MovePath(At(L"moved.exe"), path, {}), Error::None);
+    EXPECT_EQ(attributesNow(), hidden);
+    ASSERT_EQ(CopyFileTo(path, At(L"copy.exe"), false), Error::None);
+    FileInfo copy;
+    EXPECT_EQ(GetFileInfo(At(L"copy.exe"), copy), Error::None);
+    EXPECT_EQ(copy.attributes & asked, hidden);
+
+    ASSERT_EQ(ChangeAttributes(path, AttributeReadOnly), Error::None);
+    EXPECT_EQ(attributesNow(), TestSupport::ReadOnlyIsHalfKept() ? asked : AttributeReadOnly);
+    File file;
+    EXPECT_EQ(file.Open(path, {.access = AccessWrite}), Error::AccessDenied);
+    EXPECT_EQ(file.Open(path, {.access = AccessWrite, .disposition = Disposition::CreateAlways}),
+              Error::AccessDenied);
+    EXPECT_EQ(RemoveFile(path), Error::AccessDenied);
+    EXPECT_EQ(ReadText(path), "client");
+    if (!TestSupport::ReadOnlyIsHalfKept()) {
+        EXPECT_EQ(MovePath(At(L"copy.exe"), path, {.replaceExisting = true}), Error::AccessDenied);
+    }
+
+    ASSERT_EQ(ChangeAttributes(path, AttributeNormal), Error::None);
+    EXPECT_EQ(attributesNow(), 0u);
+    EXPECT_EQ(RemoveFile(path), Error::None);
+    EXPECT_EQ(ChangeAttributes(path, AttributeNormal), Error::FileNotFound);
+}
+
+TEST_F(Files, DeleteOnClose) {
+    const std::wstring path = At(L"probe.tmp");
+    File file;
+    const OpenOptions options{.access = AccessWrite,
+                              .sharing = ShareNone,
+                              .disposition = Disposition::CreateAlways,
+                              .deleteOnClose = true};
+    ASSERT_EQ(file.Open(path, options), Error::None);
+    EXPECT_EQ(file.Write(Bytes("x")), Error::None);
+    EXPECT_TRUE(PathExists(path));
+    File other;
+    EXPECT_EQ(other.Open(path, {}), Error::SharingViolation);
+    EXPECT_EQ(other.Open(At(L"PROBE.tmp"),
+                         {.access = AccessWrite, .disposition = Disposition::CreateNew}),
+              Error::FileExists);
+    std::vector<FolderEntry> entries;
+    EXPECT_EQ(ListFolder(folder_, entries), Error::None);
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0].name, L"probe.tmp");
+    file.Close();
+    EXPECT_FALSE(PathExists(path));
+    EXPECT_EQ(ListFolder(folder_, entries), Error::None);
+    EXPECT_TRUE(entries.empty());
+
+    WriteText(path, "stood before");
+    ASSERT_EQ(file.Open(path, {.sharing = ShareAll, .deleteOnClose = true}), Error::None);
+    EXPECT_EQ(ReadText(path), "stood before");
+    file.Close();
+    EXPECT_FALSE(PathExists(path));
+}
+
+TEST_F(Files, InfoOfWhatIsMissing) {
+    WriteText(At(L"file.txt"), "");
+    FileInfo info;
+    EXPECT_EQ(GetFileInfo(At(L"gone"), info), Error::FileNotFound);
+    EXPECT_EQ(GetFileInfo(At(L"gone\\gone"), info), Error::PathNotFound);
+    EXPECT_EQ(GetFileInfo(At(L"file.txt\\gone"), info), Error::PathNotFound);
+    EXPECT_EQ(GetFileInfo(L"", info), Error::PathNotFound);
+    EXPECT_EQ(GetFileInfo(At(L"*"), info), Error::InvalidName);
+    if (!TestSupport::WrongPlacesHaveOtherNumbers()) {
+        EXPECT_EQ(GetFileInfo(L"Q:\\gone", info), Error::PathNotFound);
+    }
+    EXPECT_EQ(GetFileInfo(folder_ + L'\\', info), Error::None);
+    EXPECT_TRUE(info.IsFolder());
+    EXPECT_FALSE(IsExistingFolder(At(L"file.txt")));
+    EXPECT_TRUE(IsExistingFolder(L"C:\\"));
+}
+
+TEST_F(Files, FinalPathIsTheSameHoweverItIsWritten) {
+    ASSERT_EQ(MakeFolder(At(L"Ordner")), Error::None);
+    WriteText(At(L"Ordner\\файл"), "");
+    for (const wchar_t* way : {L"Ordner\\файл", L"ordner/ФАЙЛ", L".\\Ordner\\..\\Ordner\\\\файл"}) {
+        std::wstring path;
+        EXPECT_EQ(GetFinalPath(At(way), path), Error::None);
+        EXPECT_TRUE(EqualIgnoringCase(path, At(L"Ordner\\файл"))) << Utf8FromWide(path);
+    }
+    std::wstring path;
+    EXPECT_EQ(GetFinalPath(At(L"Ordner\\"), path), Error::None);
+    EXPECT_TRUE(EqualIgnoringCase(path, At(L"Ordner"))) << Utf8FromWide(path);
+    EXPECT_EQ(GetFinalPath(At(L"gone"), path), Error::FileNotFound);
+}
+
+TEST_F(Files, Copies) {
+    WriteText(At(L"from.txt"), "from");
+    WriteText(At(L"to.txt"), "something longer");
+    EXPECT_EQ(CopyFileTo(At(L"from.txt"), At(L"to.txt"), false), Error::FileExists);
+    EXPECT_EQ(ReadText(At(L"to.txt")), "something longer");
+    EXPECT_EQ(CopyFileTo(At(L"from.txt"), At(L"to.txt"), true), Error::None);
+    EXPECT_EQ(ReadText(At(L"to.txt")), "from");
+    EXPECT_EQ(CopyFileTo(At(L"from.txt"), At(L"FROM.txt"), true), Error::SharingViolation);
+    EXPECT_EQ(ReadText(At(L"from.txt")), "from");
+    EXPECT_EQ(CopyFileTo(At(L"gone"), At(L"to.txt"), true), Error::FileNotFound);
+    EXPECT_EQ(CopyFileTo(At(L"from.txt"), At(L"gone\\to.txt"), true), Error::PathNotFound);
+    EXPECT_EQ(CopyFileTo(At(L"from.txt"), folder_, true), Error::AccessDenied);
+}
+
+}  // namespace
+}  // namespace Platform

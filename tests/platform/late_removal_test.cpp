@@ -1,0 +1,31 @@
+#include "platform/late_removal.h"
+
+#include "platform/files.h"
+#include "support/scratch.h"
+
+namespace Platform {
+namespace {
+
+using TestSupport::WriteText;
+
+class LateRemoval : public TestSupport::Scratch {};
+
+TEST_F(LateRemoval, AFolderGoesWithAllBelowAndNothingBesideIt) {
+    ASSERT_EQ(MakeFolderPath(At(L"it's one & two\\вниз")), Error::None);
+    WriteText(At(L"it's one & two\\file"), "");
+    WriteText(At(L"it's one & two\\вниз\\file"), "");
+    WriteText(At(L"it"), "a neighbour");
+    EXPECT_EQ(RemoveFolderLater(At(L"it's one & two"), 1), Error::None);
+    EXPECT_TRUE(TestSupport::WaitUntil([&] { return !PathExists(At(L"it's one & two")); }));
+    EXPECT_TRUE(PathExists(At(L"it")));
+}
+
+TEST_F(LateRemoval, NothingGoesBeforeTheReboot) {
+    WriteText(At(L"file"), "");
+    EXPECT_EQ(RemoveAtReboot(At(L"file")), Error::None);
+    EXPECT_EQ(RemoveAtReboot(folder_), Error::None);
+    EXPECT_TRUE(PathExists(At(L"file")));
+}
+
+}  // namespace
+}  // namespace Platform

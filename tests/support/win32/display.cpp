@@ -1,0 +1,4 @@
+#include "support/display.h"
+
+TestSupport::Display::Display() = default;
+TestSupport::Display::~Display() = default;

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# The long whole-program runs: hundreds of kills, for the launcher on the host and for the publisher,
+# a list of millions of files, and thousands of generated game folders.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+export TOLVAN_BIN=$PWD/build/host/bin TOLVAN_HOST_BIN=$PWD/build/host/bin TOLVAN_ADAPTER=host
+TOLVAN_KILLS=${TOLVAN_KILLS:-300} tests/support/with_server.sh \
+  python3 -B tests/system/kill_patch_test.py
+TOLVAN_KILL_STEPS=all tests/support/with_server.sh python3 -B tests/system/kill_steps_test.py
+python3 -B tests/tools/publish_crash_test.py --kills 300
+TOLVAN_LONG_LIST=yes tests/support/with_server.sh python3 -B tests/system/bad_server_test.py \
+  BadServerTest.test_list_of_100_MB_with_two_and_a_half_million_files
+TOLVAN_KILL_STEPS=all python3 -B tests/system/kill_leave_test.py
+TOLVAN_TREES=${TOLVAN_TREES:-2000} TOLVAN_SEED=${TOLVAN_SEED:-$RANDOM} \
+  tests/support/with_machine.sh build/host/bin/install_trees_test --gtest_brief=1

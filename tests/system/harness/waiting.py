@@ -1,0 +1,19 @@
+"""Waiting for conditions instead of sleeping."""
+
+import time
+
+# Generous: a loaded machine and the first program under Wine take their time.
+PATIENCE = 60.0
+PAUSE = 0.01
+
+
+def wait_until(condition, what, patience=PATIENCE):
+    """Returns the first true answer of condition(); fails with what when there is none in time."""
+    end = time.monotonic() + patience
+    while True:
+        answer = condition()
+        if answer:
+            return answer
+        if time.monotonic() > end:
+            raise AssertionError(f"not within {patience:.0f} s: {what() if callable(what) else what}")
+        time.sleep(PAUSE)

@@ -1,0 +1,115 @@
+#include "update/handoff.h"
+
+#include <gtest/gtest.h>
+
+#include "common/path_text.h"
+#include "install/path_rules.h"
+#include "platform/files.h"
+#include "platform/late_removal.h"
+#include "platform/paths.h"
+#include "platform/processes.h"
+#include "support/helper_process.h"
+#include "support/test_files.h"
+
+namespace Launcher {
+namespace {
+
+using Platform::Error;
+using namespace TestSupport;
+
+std::wstring WorkingFolderOf(std::uint32_t processId) {
+    return Platform::GetTempFolder() + L"@tolvan_op_" + std::to_wstring(processId);
+}
+
+HandoffRequest Request(HandoffOperation op, const std::wstring& target) {
+    HandoffRequest request;
+    request.op = op;
+    request.target = target;
+    return request;
+}
+
+TEST(Handoff, CommandLineHoldsEverythingInItsOrder) {
+    EXPECT_EQ(HandoffCommandLine(L"C:\\t\\Tolvan Online.exe",
+                                 {.op = HandoffOperation::Uninstall,
+                                  .target = L"C:\\My Games\\Игра",
+                                  .dest = L"",
+                                  .keepSettings = true,
+                                  .sub = false,
+                                  .position = {.x = -12, .y = 34}},
+                                 4321),
+              L"\"C:\\t\\Tolvan Online.exe\" --op=uninstall --target=\"C:\\My Games\\Игра\""
+              L" --keepsettings=1 --sub=0 --waitpid=4321 --x=-12 --y=34");
+    HandoffRequest move = Request(HandoffOperation::Move, L"C:\\b");
+    move.dest = L"D:\\c d";
+    EXPECT_EQ(HandoffCommandLine(L"C:\\a", move, 1),
+              L"\"C:\\a\" --op=move --target=\"C:\\b\" --keepsettings=0 --sub=1 --waitpid=1"
+              L" --x=0 --y=0 --dest=\"D:\\c d\"");
+}
+
+TEST(Handoff, NothingIsStartedWithoutAnOperationOnAReadablePath) {
+    for (const HandoffRequest& request :
+         {Request(HandoffOperation::None, L"C:\\x"), Request(HandoffOperation::Uninstall, L""),
+          Request(HandoffOperation::Uninstall, L"C:\\x\" --op=\"move\" --dest=\"C:\\y")}) {
+        std::wstring error;
+        EXPECT_FALSE(SpawnHandoff(request, error));
+        EXPECT_EQ(error, L"nothing to do");
+    }
+    EXPECT_FALSE(Platform::PathExists(WorkingFolderOf(Platform::OwnProcessId())));
+}
+
+TEST(Handoff, AWorkingFolderThatCannotBeEmptiedIsNotUsed) {
+    const std::wstring folder = WorkingFolderOf(Platform::OwnProcessId());
+    ASSERT_TRUE(CreateFolderPath(folder));
+    WriteText(folder + L"\\held", "of a process that had this id before");
+    Platform::File held;
+    ASSERT_EQ(held.Open(folder + L"\\held", {.sharing = Platform::ShareRead}), Error::None);
+    std::wstring error;
+    const HandoffRequest request = Request(HandoffOperation::Uninstall, L"C:\\x");
+    EXPECT_FALSE(SpawnHandoff(request, error));
+    EXPECT_EQ(error, L"could not create a working directory");
+    held.Close();
+    ASSERT_EQ(Platform::RemoveFile(folder + L"\\held"), Error::None);
+    ASSERT_EQ(Platform::RemoveEmptyFolder(folder), Error::None);
+    // Nor is a file of that name.
+    WriteText(folder, "");
+    EXPECT_FALSE(SpawnHandoff(request, error));
+    EXPECT_EQ(error, L"could not create a working directory");
+    ASSERT_EQ(Platform::RemoveFile(folder), Error::None);
+}
+
+TEST(Handoff, LeftoversGoUnlessAProcessRunsFromThem) {
+    const std::wstring left = WorkingFolderOf(111);
+    const std::wstring used = WorkingFolderOf(222);
+    const std::wstring foreign = Platform::GetTempFolder() + L"tolvan_op_333";
+    for (const std::wstring& folder : {left + L"\\deeper", used, foreign}) {
+        ASSERT_TRUE(CreateFolderPath(folder));
+        WriteText(folder + L"\\launcher_boot.log", "");
+    }
+    WriteText(WorkingFolderOf(444), "a file");
+    HelperProcess copy;
+    InstallHelper(used + L"\\Tolvan Online.exe");
+    ASSERT_EQ(copy.Start(used + L"\\Tolvan Online.exe",
+                         {L"stay", foreign + L"\\ready", foreign + L"\\stop"}),
+              Error::None);
+    ASSERT_TRUE(WaitForFile(foreign + L"\\ready"));
+
+    PurgeOldWorkingFolders();
+    EXPECT_FALSE(Platform::PathExists(left));
+    EXPECT_TRUE(Platform::PathExists(used + L"\\launcher_boot.log"));
+    EXPECT_TRUE(Platform::PathExists(foreign));
+    EXPECT_TRUE(Platform::PathExists(WorkingFolderOf(444)));
+
+    WriteText(foreign + L"\\stop", "");
+    ASSERT_TRUE(copy.WaitForEnd());
+    PurgeOldWorkingFolders();
+    EXPECT_FALSE(Platform::PathExists(used));
+}
+
+TEST(Handoff, ThisProgramIsNoCopyAndDoesNotRemoveItself) {
+    EXPECT_FALSE(IsHandoffCopy());
+    ScheduleSelfRemoval();
+    EXPECT_TRUE(Platform::PathExists(FolderOf(Platform::OwnPath())));
+}
+
+}  // namespace
+}  // namespace Launcher

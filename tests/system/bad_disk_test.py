@@ -1,8 +1,8 @@
 """Passes over disks and folders that stand in the way."""
 
-import subprocess
 import unittest
 
+from harness.disk import SmallDisk, make_read_only
 from harness.patchcase import PatchTest
 
 OLD = {"a.dat": b"old a" * 100, "b.dat": b"old b" * 100}
@@ -19,20 +19,14 @@ class BadDiskTest(PatchTest):
         self.publish(NEW)
 
     def mount_game_drive(self, options):
-        """Puts the installed game on a small disk of its own; its folder there."""
-        drive = self.machine.path("D:\\")
-        drive.mkdir(exist_ok=True)
-        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", options, "tmpfs", drive],
-                                 capture_output=True, text=True)
-        if mounted.returncode != 0:
-            self.skipTest(f"TOLVAN-SKIPPED: no disk can be mounted here: {mounted.stderr.strip()}")
-        self.addCleanup(subprocess.run, ["umount", "-l", drive], check=True)
-        self.game = drive / "Game"
+        """Puts the installed game on a small disk of its own; the disk."""
+        disk = SmallDisk(self, options)
+        self.game = disk.folder / "Game"
         self.data = self.game / "Data"
         self.register_game("D:\\Game")
         self.place_client("D:\\Game\\.Tolvan Online.exe")
         self.install(OLD)
-        return drive
+        return disk
 
     def test_full_disk(self):
         self.mount_game_drive("size=400k")
@@ -40,32 +34,26 @@ class BadDiskTest(PatchTest):
         self.assert_installed({"a.dat": NEW["a.dat"], "b.dat": OLD["b.dat"]})
 
     def test_read_only_disk(self):
-        drive = self.mount_game_drive("size=4m")
-        subprocess.run(["mount", "-o", "remount,ro", drive], check=True)
+        self.mount_game_drive("size=4m").change("ro")
         self.assertEqual(self.run_pass(), not_verified("a.dat"))
         self.assert_installed(OLD)
 
-    def make_read_only(self, folder):
-        """Nothing can be made, renamed or removed in the folder itself."""
-        folder.chmod(0o555)
-        self.addCleanup(folder.chmod, 0o755)
-
     def test_read_only_data_folder(self):
         self.install(OLD)
-        self.make_read_only(self.data)
+        make_read_only(self, self.data)
         self.assertEqual(self.run_pass(), not_verified("a.dat"))
         self.assert_installed(OLD)
 
     def test_read_only_game_folder(self):
         """No file can be moved aside there, but what is not in use can be replaced."""
         self.install(OLD)
-        self.make_read_only(self.game)
+        make_read_only(self, self.game)
         self.assertEqual(self.run_pass(), ("Ready", ""))
         self.assert_installed(NEW)
 
     def test_read_only_folder_of_the_launcher(self):
         self.install(OLD)
-        self.make_read_only(self.machine.path(self.HOME))
+        make_read_only(self, self.machine.path(self.HOME))
         self.assertEqual(self.run_pass(), ("Ready", ""))
         self.assert_installed(NEW)
         self.assertFalse(self.boot_log().exists())

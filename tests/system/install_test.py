@@ -24,15 +24,6 @@ class InstallTest(LifeTest):
                           for name, content in self.published.files.items()})
         return {**files, ".Tolvan Online.exe": self.client, LAUNCHER: self.launcher}
 
-    def retry(self, progress):
-        """Goes on with a failed install and returns how that ends."""
-        before = len(progress.read())
-        self.press("install-retry")
-        return wait_until(
-            lambda: next((moment for moment in progress.read()[before:]
-                          if moment.state in ("InstallDone", "InstallFailed")), None),
-            lambda: f"the install ends: {progress.read()[-1]}")
-
     def assert_failed(self, moment, error, title):
         self.assertEqual((moment.state, moment.error_text), ("InstallFailed", error))
         self.assertEqual(moment.current_file.split(" | ")[0], f"Failed: {title}")
@@ -103,14 +94,14 @@ class InstallTest(LifeTest):
                 progress = self.begin_install("full")
                 end = self.wait_for_install(progress)
             else:
-                end = self.retry(progress)
+                end = self.retry_install(progress)
             with self.subTest(rule):
                 self.assertRegex(end.error_text, f"^{error}$")
                 self.assert_failed(end, end.error_text, title)
         # A dead assets host costs nothing: the running launcher is copied.
         Server.clear()
         Server.set("*/downloads/*=status:503")
-        self.assertEqual(self.retry(progress).state, "InstallDone")
+        self.assertEqual(self.retry_install(progress).state, "InstallDone")
         self.assertEqual(self.installed(), self.expected())
 
     def test_cancel_in_each_stage_that_fetches(self):

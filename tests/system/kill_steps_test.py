@@ -111,15 +111,7 @@ class UpdateTrial(Trial):
         wait_until(lambda: self.is_current() or (
             not self.launcher_process.is_running() and not self.machine.processes(LAUNCHER)),
             "the update ends")
-        self.end_launchers()
-
-    def end_launchers(self):
-        for process in self.machine.processes(LAUNCHER):
-            try:
-                os.kill(process, 9)
-            except ProcessLookupError:
-                pass
-        self.machine.wait_for_processes(LAUNCHER, 0)
+        self.machine.kill_all(LAUNCHER)
 
     def check(self, found):
         self.assertTrue(self.whole(self.game / CLIENT, self.client, self.older[CLIENT]))
@@ -136,7 +128,7 @@ class UpdateTrial(Trial):
         self.assertEqual(self.machine.attributes(self.CLIENT) & HIDDEN_AND_SYSTEM,
                          HIDDEN_AND_SYSTEM if self.olderClient else 0)
         found["brought up to date"] += 1
-        self.end_launchers()
+        self.machine.kill_all(LAUNCHER)
         left = {path.name for path in self.game.iterdir()} - {"Data", "launcher_boot.log"}
         self.assertEqual(left, {LAUNCHER, CLIENT})
 

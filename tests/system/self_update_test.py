@@ -8,6 +8,7 @@ from harness import LAUNCHER, LifeTest, Server, another_build, make_files, wait_
 STAGED = "selfupdate: staged -> swapping and relaunching"
 SWAP_FAILED = "selfupdate: swap FAILED, continuing on the current binary"
 UP = "handoff: replacement is up -- standing down"
+TIMED_OUT = "handoff: replacement did not signal in time -- standing down anyway"
 GONE = "relaunch: the window we replaced has gone -- starting the run"
 CURRENT = "selfupdate: launcher is current"
 UPDATER = "*updater.php?f=launcher/*"
@@ -146,6 +147,16 @@ class SelfUpdateTest(LifeTest):
         old, _ = self.begin_run()
         self.assert_ends_well(old)
         self.wait_for_new()
+
+    def test_newer_program_that_never_signals_costs_six_seconds(self):
+        mute = (self.machine.bin / "mute_launcher.exe").read_bytes()
+        self.published.publish(launcher=mute)
+        old, _ = self.begin_run()
+        self.assert_ends_well(old)
+        lines = {line.text: line.milliseconds for line in self.log.read()}
+        self.assertGreaterEqual(lines[TIMED_OUT] - lines[STAGED], 5_900)
+        self.assertNotIn(UP, lines)
+        self.assertEqual(self.launchers(), {LAUNCHER: mute, LAUNCHER + ".old0": self.older})
 
     def test_newer_program_that_cannot_be_started(self):
         """Both renames are taken back."""

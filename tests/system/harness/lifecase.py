@@ -82,6 +82,15 @@ class LifeTest(MachineTest):
     def wait_for_install(self, progress):
         return progress.wait_for(*INSTALL_ENDS)
 
+    def retry_install(self, progress):
+        """Goes on with a failed install and returns how that ends."""
+        before = len(progress.read())
+        self.press("install-retry")
+        return wait_until(
+            lambda: next((moment for moment in progress.read()[before:]
+                          if moment.state in INSTALL_ENDS), None),
+            lambda: f"the install ends: {progress.read()[-1]}")
+
     # What is installed
 
     @property

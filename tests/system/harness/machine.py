@@ -170,6 +170,15 @@ class Machine:
     def wait_for_processes(self, name, count):
         wait_until(lambda: len(self.processes(name)) == count, f"{count} times {name}")
 
+    def kill_all(self, name):
+        """Ends all programs of that file name at once (kill -9)."""
+        for process in self.processes(name):
+            try:
+                os.kill(process, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+        self.wait_for_processes(name, 0)
+
     # The machine's tool
 
     def _trust(self):

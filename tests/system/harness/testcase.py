@@ -42,9 +42,9 @@ class MachineTest(unittest.TestCase):
                      "reveal: composited surface shown, releasing the previous instance"):
             self.boot_log().wait_for(last)
 
-    def register_game(self, folder=GAME):
+    def register_game(self, folder=None):
         """Enters the folder in the registry as the installed game."""
-        self.machine.registry_write(UNINSTALL_KEY, "InstallLocation", folder)
+        self.machine.registry_write(UNINSTALL_KEY, "InstallLocation", folder or self.GAME)
 
     def place_client(self, windows_path=CLIENT):
         """Something that counts as the game's client: any file that is not the launcher."""

@@ -2,7 +2,7 @@
 
 import unittest
 
-from harness import LAUNCHER, BootLog, MachineTest, wait_until
+from harness import LAUNCHER, REVEALS, BootLog, MachineTest, wait_until
 
 SETTINGS_KEY = r"Software\TolvanOnline\Settings"
 LAUNCHER_KEY = r"Software\TolvanOnline\Launcher"
@@ -49,7 +49,6 @@ FRESH = "route: hasKey=0 hasDir=0 hasClient=0 -> FRESH (install flow)"
 INSTALLED = "route: hasKey=1 hasDir=1 hasClient=1 -> INSTALLED (patch + play)"
 BROKEN = "route: registry points at a missing folder -> ManageBroken (search + relink)"
 RUN = "run: starting the patch pass and the two update checks"
-REVEALED = "reveal: composited surface shown, releasing the previous instance"
 QUIT = "--autoquit=0.3"
 
 
@@ -197,11 +196,11 @@ class RelaunchTest(MachineTest):
     def test_run_is_held_until_the_process_has_gone(self):
         self.relaunch()
         log = self.boot_log()
-        log.wait_for(REVEALED)
+        revealed = log.wait_for(*REVEALS)
         self.assertNotIn(RUN, log.texts())
         self.stop.touch()
         log.wait_for(RUN)
-        self.assert_in_order([INSTALLED, self.HELD, REVEALED, self.GONE, RUN], log.texts())
+        self.assert_in_order([INSTALLED, self.HELD, revealed, self.GONE, RUN], log.texts())
 
     def test_process_that_has_gone_before_is_not_waited_for(self):
         self.stop.touch()

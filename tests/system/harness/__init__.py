@@ -13,9 +13,9 @@ from .lifecase import LifeTest, another_build, for_machine
 from .machine import LAUNCHER, Machine, Program
 from .progress import Progress
 from .server import Server
-from .testcase import GameTest, MachineTest
+from .testcase import REVEALS, GameTest, MachineTest
 from .waiting import wait_until
 
-__all__ = ["LAUNCHER", "BootLog", "GameTest", "LifeTest", "Machine", "MachineTest", "Program",
-           "Progress", "PublishedGame", "Server", "another_build", "for_machine", "make_files",
-           "read_files", "wait_until", "wrapped", "write_files"]
+__all__ = ["LAUNCHER", "REVEALS", "BootLog", "GameTest", "LifeTest", "Machine", "MachineTest",
+           "Program", "Progress", "PublishedGame", "Server", "another_build", "for_machine",
+           "make_files", "read_files", "wait_until", "wrapped", "write_files"]

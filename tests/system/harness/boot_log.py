@@ -41,7 +41,9 @@ class BootLog:
     def texts(self):
         return [line.text for line in self.read()]
 
-    def wait_for(self, text, **patience):
-        """Waits for a line that is equal to text."""
-        wait_until(lambda: text in self.texts(),
-                   lambda: f"{text!r} in the boot log, which holds {self.texts()}", **patience)
+    def wait_for(self, *texts, **patience):
+        """Waits for a line that is equal to one of the texts, and returns that text."""
+        def look():
+            return next((text for text in self.texts() if text in texts), None)
+        return wait_until(look, lambda: f"{' or '.join(texts)} in the boot log, which holds "
+                                        f"{self.texts()}", **patience)

@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from .waiting import PATIENCE, wait_until
+from .waiting import PATIENCE, reporters, wait_until
 
 SUPPORT = Path(__file__).resolve().parents[2] / "support"
 LAUNCHER = "Tolvan Online.exe"
@@ -50,6 +50,12 @@ class Program:
             os.kill(self.process(), signal.SIGKILL)
         self._starter.wait(PATIENCE)
 
+    def told_end(self):
+        """How it stands with it, for a person."""
+        code = self._starter.poll()
+        end = "runs" if code is None else f"ended with {code}"
+        return f"{self._name} ({self._starter.pid}) {end}"
+
     def peak_memory(self):
         """The most that it has had in memory so far, in bytes."""
         status = Path(f"/proc/{self.process()}/status").read_text()
@@ -74,16 +80,18 @@ class Machine:
         # No windows on the screen of whoever runs the tests.
         self.environment.setdefault("TOLVAN_WINDOW", "none")
         self._output = self.folder / "output.txt"
-        self._starters = []
+        self._programs = []
+        reporters.append(self.report)
         self._call("init", *self._trust())
         if self.is_wine:
             self._call("stay-awake")
 
     def close(self):
         """Ends what still runs, and removes the machine."""
+        reporters.remove(self.report)
         self._call("end")
-        for starter in self._starters:
-            starter.wait(PATIENCE)
+        for program in self._programs:
+            program.wait()
 
     def __enter__(self):
         return self
@@ -155,12 +163,29 @@ class Machine:
                 [*STARTER, self._tool, self.folder, "run", windows_path, *arguments],
                 env={**self.environment, **environment},
                 stdin=subprocess.DEVNULL, stdout=output, stderr=output)
-        self._starters.append(starter)
-        return Program(windows_path.rsplit("\\", 1)[-1], starter, self.is_wine)
+        self._programs.append(Program(windows_path.rsplit("\\", 1)[-1], starter, self.is_wine))
+        return self._programs[-1]
 
     def output(self):
         """What all programs have said so far."""
         return self._output.read_text(errors="replace")
+
+    def report(self):
+        """What runs on the machine and where it waits, and the last words of programs and logs."""
+        lines = [program.told_end() for program in self._programs[-3:]]
+        for line in self._call("ps").splitlines():
+            lines.append(line)
+            for thread in Path(f"/proc/{line.split(' ', 1)[0]}/task").glob("*"):
+                try:
+                    state = re.search(r"^State:\s+(.*)$", (thread / "status").read_text(), re.M)[1]
+                    waits = (thread / "wchan").read_text()
+                    lines.append(f"  thread {thread.name}: {state}, {waits}")
+                except OSError:
+                    pass
+        lines += self.output().splitlines()[-10:]
+        for log in self.folder.glob("*drive*/**/launcher_boot.log"):
+            lines += [f"{log}:", *log.read_text(errors="replace").splitlines()[-10:]]
+        return "\n".join(lines)
 
     def processes(self, name):
         """The ids on this system of the programs of that file name that run on the machine."""

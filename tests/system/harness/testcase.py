@@ -9,6 +9,9 @@ from .machine import LAUNCHER, Machine
 from .progress import Progress
 from .server import Server
 
+# Which of them it is depends on how busy this system is.
+REVEALS = ("reveal: composited surface shown, releasing the previous instance",
+           "reveal: no composite within 250 ms -- showing anyway")
 UNINSTALL_KEY = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\TolvanOnline"
 
 
@@ -38,9 +41,8 @@ class MachineTest(unittest.TestCase):
 
     def wait_until_quiet(self):
         """Waits until a launcher that has nothing to do has written all that its start brings."""
-        for last in ("AppLoop: tick 2",
-                     "reveal: composited surface shown, releasing the previous instance"):
-            self.boot_log().wait_for(last)
+        self.boot_log().wait_for("AppLoop: tick 2")
+        self.boot_log().wait_for(*REVEALS)
 
     def register_game(self, folder=None):
         """Enters the folder in the registry as the installed game."""

@@ -6,6 +6,9 @@ import time
 PATIENCE = 60.0
 PAUSE = 0.01
 
+# Functions whose texts tell more about a wait in vain: what the machines of the test are doing.
+reporters = []
+
 
 def wait_until(condition, what, patience=PATIENCE):
     """Returns the first true answer of condition(); fails with what when there is none in time."""
@@ -15,5 +18,6 @@ def wait_until(condition, what, patience=PATIENCE):
         if answer:
             return answer
         if time.monotonic() > end:
-            raise AssertionError(f"not within {patience:.0f} s: {what() if callable(what) else what}")
+            told = [what() if callable(what) else what, *(reporter() for reporter in reporters)]
+            raise AssertionError(f"not within {patience:.0f} s: " + "\n".join(told))
         time.sleep(PAUSE)

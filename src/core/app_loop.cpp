@@ -155,9 +155,9 @@ void AppLoop::FollowPredecessor(double) {
     if (!predecessor_.IsAwaited() || revealPending_) return;
     const Wait wait = predecessor_.Look();
     if (wait == Wait::Pending) return;
-    OpenBootLogWhenFree();
     // Whether another one is there does not matter: this one was sent to stay.
     (void)instance_.Join();
+    OpenBootLogWhenFree();
     takeOver_.Settle(wait);
     if (!runHeld_) return;
     runHeld_ = false;

@@ -7,6 +7,7 @@
 #include "install/game_client.h"
 #include "install/settings_store.h"
 #include "platform/text.h"
+#include "update/removal_note.h"
 
 namespace Launcher {
 
@@ -62,6 +63,7 @@ void BeginUninstall(const std::wstring& target, bool keepSettings, WindowPositio
         return BeginHandoff(request, TellHandoffFailed);
     }
     if (!IsTargetFree(target)) return;
+    NoteRemoval(target);
     g_installEngine.ConfigureUninstall(target, keepSettings);
     g_installEngine.StartUninstall();
     g_isFollowed = true;
@@ -72,6 +74,7 @@ void FollowUninstall() {
     const InstallProgress progress = g_installEngine.GetProgress();
     if (progress.running) return;
     g_isFollowed = false;
+    DropRemovalNote();
     BootLog(progress.done ? "uninstall: finished -> receipt"
                           : "uninstall: FAILED -- " + Platform::Utf8FromWide(progress.error));
 }

@@ -12,6 +12,7 @@
 #include "platform/late_removal.h"
 #include "platform/paths.h"
 #include "platform/processes.h"
+#include "update/removal_note.h"
 
 namespace Launcher {
 
@@ -133,7 +134,7 @@ void PurgeOldWorkingFolders() {
             return IsSameOrInside(other, final);
         });
         // What cannot be removed yet goes at a later start.
-        if (!inUse) (void)RemoveInstallFolder(folder, nullptr);
+        if (!inUse && FinishNotedRemoval(folder)) (void)RemoveInstallFolder(folder, nullptr);
     }
 }
 

@@ -37,8 +37,8 @@ std::wstring HandoffCommandLine(const std::wstring& copy, const HandoffRequest& 
 /// This process is such a copy: that is told by the name of its folder alone.
 bool IsHandoffCopy();
 
-/// Deletes what copies of earlier runs have left, apart from folders that a process runs from.
-/// Once, at start-up.
+/// Deletes what copies of earlier runs have left, apart from folders that a process runs from, and
+/// finishes what they were removing when they were cut off. Once, at start-up.
 void PurgeOldWorkingFolders();
 
 /// Has a copy's working folder removed once this process has ended. For the very end of a run; does

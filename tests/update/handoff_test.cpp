@@ -4,10 +4,12 @@
 
 #include "common/path_text.h"
 #include "install/path_rules.h"
+#include "install/settings_store.h"
 #include "platform/files.h"
 #include "platform/late_removal.h"
 #include "platform/paths.h"
 #include "platform/processes.h"
+#include "platform/text.h"
 #include "support/helper_process.h"
 #include "support/test_files.h"
 
@@ -103,6 +105,40 @@ TEST(Handoff, LeftoversGoUnlessAProcessRunsFromThem) {
     ASSERT_TRUE(copy.WaitForEnd());
     PurgeOldWorkingFolders();
     EXPECT_FALSE(Platform::PathExists(used));
+}
+
+TEST(Handoff, ARemovalThatWasCutOffIsFinishedUnlessTheFolderIsRegistered) {
+    const std::wstring game = MakeTestFolder() + L"\\Игра";
+    const std::wstring working = WorkingFolderOf(555);
+    const auto cutOff = [&] {
+        ASSERT_TRUE(CreateFolderPath(working));
+        ASSERT_TRUE(CreateFolderPath(game + L"\\Data"));
+        WriteText(working + L"\\removal.txt", Platform::Utf8FromWide(game));
+        WriteText(game + L"\\Data\\a.dat", "a");
+    };
+    cutOff();
+    SetInstallLocation(game);
+    PurgeOldWorkingFolders();
+    EXPECT_TRUE(Platform::PathExists(game + L"\\Data\\a.dat"));
+    EXPECT_FALSE(Platform::PathExists(working));
+
+    cutOff();
+    SetInstallLocation(L"C:\\Games\\Another");
+    Platform::File held;
+    ASSERT_EQ(held.Open(game + L"\\Data\\a.dat", {.sharing = Platform::ShareRead}), Error::None);
+    PurgeOldWorkingFolders();
+    EXPECT_TRUE(Platform::PathExists(working + L"\\removal.txt")) << "it waits for a later start";
+    held.Close();
+    PurgeOldWorkingFolders();
+    EXPECT_FALSE(Platform::PathExists(game));
+    EXPECT_FALSE(Platform::PathExists(working));
+
+    // What must not be deleted is not, whatever a note says.
+    ASSERT_TRUE(CreateFolderPath(working));
+    WriteText(working + L"\\removal.txt", Platform::Utf8FromWide(FolderOf(game)) + "\\..\\..");
+    PurgeOldWorkingFolders();
+    EXPECT_TRUE(Platform::PathExists(FolderOf(game)));
+    EXPECT_FALSE(Platform::PathExists(working));
 }
 
 TEST(Handoff, ThisProgramIsNoCopyAndDoesNotRemoveItself) {

@@ -84,12 +84,8 @@ Error GetFinalPath(const std::wstring& path, std::wstring& result) {
 
 Error ChangeAttributes(const std::wstring& path, std::uint32_t attributes) {
     CountStep("attributes", path);
-    HostPath hostPath;
-    Error error = ParsePath(path, hostPath);
-    if (!Succeeded(error)) return error;
     Place place;
-    error = FindPlace(hostPath, place);
-    if (!Succeeded(error)) return error;
+    if (const Error error = FindPlace(path, place); !Succeeded(error)) return error;
     Descriptor entry;
     const int failure = OpenEntry(place, O_RDONLY, entry);
     if (failure == ELOOP) return Error::None;  // a link has no attributes of its own to change

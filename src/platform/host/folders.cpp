@@ -98,12 +98,8 @@ Error MakeFolderPath(const std::wstring& path) {
 
 Error RemoveEmptyFolder(const std::wstring& path) {
     CountStep("remove folder", path);
-    HostPath hostPath;
-    Error error = ParsePath(path, hostPath);
-    if (!Succeeded(error)) return error;
     Place place;
-    error = FindPlace(hostPath, place);
-    if (!Succeeded(error)) return error;
+    if (const Error error = FindPlace(path, place); !Succeeded(error)) return error;
     Descriptor folder;
     const int failure = OpenEntry(place, O_RDONLY, folder);
     if (failure == ELOOP) return RemoveLink(place);

@@ -159,6 +159,12 @@ Error FindPlace(const HostPath& path, Place& place) {
     return Walk(path.Folder()).ToFolder(place);
 }
 
+Error FindPlace(const std::wstring& path, Place& place) {
+    HostPath parsed;
+    const Error error = ParsePath(path, parsed);
+    return Succeeded(error) ? FindPlace(parsed, place) : error;
+}
+
 int OpenEntry(Place& place, int flags, Descriptor& opened) {
     const auto open = [&] {
         opened.Reset(::openat(place.folder.Get(), place.name.c_str(),

@@ -21,6 +21,7 @@ struct Place {
 
 /// PathNotFound when the folder is missing. The entry itself may be missing: nobody looks yet.
 [[nodiscard]] Error FindPlace(const HostPath& path, Place& place);
+[[nodiscard]] Error FindPlace(const std::wstring& path, Place& place);
 
 /// Opens the entry itself, under its name as given or else one that differs in case only, which
 /// then is place.name. Flags may not hold O_CREAT, O_PATH or O_DIRECTORY. 0 or an errno: ENOENT

@@ -87,7 +87,9 @@ class Machine:
             self._call("stay-awake")
 
     def close(self):
-        """Ends what still runs, and removes the machine."""
+        """Ends what still runs, and removes the machine. Again it does nothing."""
+        if self.report not in reporters:
+            return
         reporters.remove(self.report)
         self._call("end")
         for program in self._programs:

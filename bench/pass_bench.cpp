@@ -1,11 +1,13 @@
 // One pass of the patch pipeline, driven at the pace of the launcher's state loop.
-// usage: pass_bench BASE_URL INSTALL_FOLDER [repair]
+// usage: pass_bench BASE_URL INSTALL_FOLDER [pass|repair] [COMMAND]
+// COMMAND runs just before Compare, outside its time, to bring the disk's cache into a known state.
 // Prints a line for each state when it ends: its name, how many seconds and processor seconds it
 // took, and the largest resident size of the process so far in MiB. The last line is the state that
 // the pass ended in, with its error text.
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <string_view>
 #include <sys/resource.h>
@@ -21,6 +23,7 @@ int main(int argc, char** argv) {
     Launcher::PatchPipeline pipeline;
     pipeline.Configure(argv[1], Platform::WideFromUtf8(argv[2]));
     pipeline.Begin(argc > 3 && argv[3] == std::string_view("repair"));
+    const char* beforeCompare = argc > 4 ? argv[4] : nullptr;
 
     Launcher::State state = pipeline.Progress().state;
     std::clock_t usedBefore = std::clock();
@@ -39,8 +42,13 @@ int main(int argc, char** argv) {
                     static_cast<double>(used - usedBefore) / CLOCKS_PER_SEC,
                     usage.ru_maxrss / 1024);
         state = next;
-        began = now;
-        usedBefore = used;
+        if (state == Launcher::State::Compare && beforeCompare != nullptr &&
+            std::system(beforeCompare) != 0) {
+            std::puts("the command before Compare failed");
+            return 1;
+        }
+        began = Clock::now();
+        usedBefore = std::clock();
     }
     std::printf("%s %s\n", Launcher::StateName(state),
                 Platform::Utf8FromWide(pipeline.Progress().errorText).c_str());

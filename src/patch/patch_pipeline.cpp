@@ -123,14 +123,12 @@ bool PatchPipeline::Pass::HashFiles(const std::stop_token& stop, bool onlyMissin
     return !stop.stop_requested();
 }
 
-/// How many threads share a hashing out. Looking at the ends of many files is mostly waiting for
-/// the system to open them, so a few at once are faster; whole files are read one after another,
-/// since a disk reads fastest in a row.
+/// How many threads share a hashing out. Looking at the ends of many files is mostly waiting, for
+/// the disk when its cache is cold, so a few at once are faster whatever the number of cores; whole
+/// files are read one after another, since a disk reads fastest in a row.
 std::size_t PatchPipeline::Pass::ReaderCount() const {
     if (depth == HashDepth::Content) return 1;
-    const std::size_t useful = remote.size() / FilesForAReader + 1;
-    return std::min<std::size_t>(
-        {useful, std::max(std::thread::hardware_concurrency(), 1U), MostReaders});
+    return std::min(remote.size() / FilesForAReader + 1, MostReaders);
 }
 
 PatchPipeline::PatchPipeline() = default;

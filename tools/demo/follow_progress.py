@@ -30,6 +30,11 @@ def stage_of(fields):
     return fields[1], fields[8].split(" | ")[0] if fields[1] == "Install" else ""
 
 
+def has_begun(fields):
+    """False before an install, and before its first stage."""
+    return fields[1] in RUNNING and (fields[1] != "Install" or stage_of(fields)[1] != "")
+
+
 def describe(fields):
     _, state, fraction, done, total, bytes_done, bytes_total, speed, current, error = fields
     full = int(float(fraction) * BAR)
@@ -55,7 +60,8 @@ def main():
         if len(lines) > shown_lines:
             last_change = time.monotonic()
             for fields in lines[shown_lines:]:
-                if not terminal and last and stage_of(fields) != stage_of(last):
+                if (not terminal and last and has_begun(last)
+                        and stage_of(fields) != stage_of(last)):
                     print(describe(last), flush=True)
                 last = fields
             shown_state = last[1]

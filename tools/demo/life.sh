@@ -32,7 +32,8 @@ end_programs() {
 # Follows the launcher's log and shows what happens, over relaunches too.
 show_log() {
   tail -q -s 0.1 -n +1 --follow=name --retry --pid=$$ "$1" 2>/dev/null > >(grep --line-buffered -E \
-    'run:|state:|compare:|selfupdate:|clientupdate:|handoff:|relaunch:|spawn:' | sed -u 's|\r$||') &
+    'run:|state:|compare:|selfupdate:|clientupdate:|handoff:|relaunch:|spawn:' |
+    sed -uE 's|\r$||; s| \[tid [0-9]+\]||; s|^.*relaunch:|the new launcher:\n&|') &
   follower=$!
 }
 
@@ -136,10 +137,12 @@ wait "$running" 2>/dev/null || true
 check_game 1
 on_machine reg query \
   'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\TolvanOnline' /v InstallLocation |
-  grep -F "$game" || fail 'the game is not registered'
-links=$(find "$(on_machine path 'C:\')" -iname 'Tolvan Online.lnk')
+  grep -qF "$game" || fail 'the game is not registered'
+echo "registered as installed in $game"
+drive=$(on_machine path 'C:\' | sed 's|/$||')
+links=$(find "$drive" -iname 'Tolvan Online.lnk')
 [ "$(wc -l <<<"$links")" = 2 ] || fail 'there are not two links'
-sed "s|$machine/|link: |" <<<"$links"
+sed "s|^$drive/|link: |" <<<"$links"
 
 say 'Play'
 start "$game\\$launcher"
@@ -174,4 +177,5 @@ wait "$running" 2>/dev/null || true
 kill "$follower" 2>/dev/null || true
 echo
 check_game 2
+say 'All checks passed: installed, played, and launcher, game and client brought up to date'
 echo "the machine lies in ${machine#"$PWD"/}"

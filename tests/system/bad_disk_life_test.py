@@ -168,11 +168,15 @@ class UpdateTest(BadDiskTest):
     def begin_run(self):
         return self.begin(program=self.program)
 
-    def run_with(self, *lines):
-        """A run that writes these lines, comes to Ready and stays."""
+    def run_with(self, *lines, asking=()):
+        """A run that writes these lines, asks the server for these paths, comes to Ready and
+        stays."""
+        asked = len(Server.log())
         launcher, progress = self.begin_run()
         for line in lines:
             self.log.wait_for(line)
+        for path in asking:
+            wait_until(lambda: path in Server.log()[asked:], f"{path} is asked for")
         progress.wait_for("Ready")
         self.assertTrue(launcher.is_running())
         launcher.kill()
@@ -208,10 +212,8 @@ class UpdateTest(BadDiskTest):
         lines = [line + NOT_MADE for line in self.FAILED_LINES.values()]
         self.lay(self.old)
         make_writable = make_read_only(self, self.game)
-        asked = len(Server.log())
-        self.run_with()  # no log can be written either
-        for path in (CLIENT_PATH, LAUNCHER_PATH):
-            wait_until(lambda: path in Server.log()[asked:], f"{path} is asked for")
+        # No log can be written either.
+        self.run_with(asking=(CLIENT_PATH, LAUNCHER_PATH))
         self.assert_files(self.programs(), self.old)
         make_writable()
 
@@ -243,12 +245,12 @@ class UpdateTest(BadDiskTest):
         self.lay(self.old)
         Server.set("*/patcher/get/*=latency:100")
         self.published.publish(make_files(30, 20_000, seed=9))
+        release = self.hold(self.program, sharing=1)
         self.begin_run()
         client = self.game / CLIENT
         wait_until(lambda: self.programs().get(f"{CLIENT}.part") == self.client, "it is staged")
         client.unlink()
         self.machine.write_file(f"{self.CLIENT}\\inside.txt", b"kept")
-        release = self.hold(self.program, sharing=1)
         self.log.wait_for(SWAP_FAILED)
         self.log.wait_for(DEFERRED)
         self.assert_files(self.programs(), {

@@ -128,7 +128,8 @@ class SelfUpdateTest(LifeTest):
 
     def test_swap_whose_second_rename_fails(self):
         """Somebody holds the staged file: the running one goes back to its place."""
-        Server.set("*/patcher/get/*=latency:100")
+        # The pass lasts until the hold is taken, however long that takes.
+        Server.set("*/patcher/get/*=latency:1000")
         self.published.publish(make_files(30, 20_000, seed=9))
         launcher, progress = self.begin_run()
         staged = self.game / (LAUNCHER + ".new")
@@ -136,6 +137,7 @@ class SelfUpdateTest(LifeTest):
                    "the new one is staged")
         release = self.hold(self.program + ".new", sharing=1)
         self.assertNotIn("Ready", progress.states())
+        Server.clear()
         self.log.wait_for(SWAP_FAILED)
         self.assertEqual(self.launchers(), {LAUNCHER: self.older, LAUNCHER + ".new": self.launcher})
         self.assertTrue(launcher.is_running())
@@ -143,7 +145,6 @@ class SelfUpdateTest(LifeTest):
         release()
         launcher.kill()
         # The next start tries again.
-        Server.clear()
         old, _ = self.begin_run()
         self.assert_ends_well(old)
         self.wait_for_new()

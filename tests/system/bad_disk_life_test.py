@@ -243,7 +243,8 @@ class UpdateTest(BadDiskTest):
     def test_old_ones_that_cannot_be_replaced(self):
         """Somebody reads the launcher, and a folder takes the client's place."""
         self.lay(self.old)
-        Server.set("*/patcher/get/*=latency:100")
+        # The pass lasts until the folder is there, however long that takes.
+        Server.set("*/patcher/get/*=latency:1000")
         self.published.publish(make_files(30, 20_000, seed=9))
         release = self.hold(self.program, sharing=1)
         self.begin_run()
@@ -251,6 +252,7 @@ class UpdateTest(BadDiskTest):
         wait_until(lambda: self.programs().get(f"{CLIENT}.part") == self.client, "it is staged")
         client.unlink()
         self.machine.write_file(f"{self.CLIENT}\\inside.txt", b"kept")
+        Server.clear()
         self.log.wait_for(SWAP_FAILED)
         self.log.wait_for(DEFERRED)
         self.assert_files(self.programs(), {
@@ -262,7 +264,6 @@ class UpdateTest(BadDiskTest):
         self.log.wait_for("clientupdate: swapped in")
         release()
         self.machine.kill_all(LAUNCHER)
-        Server.clear()
         self.assert_brought_up_to_date()
 
 

@@ -1,7 +1,9 @@
 """The toolkit under real events of the window system: what the gallery's playground does when the
 pointer and the keys of an X display work on it. It tells its state in a file; the rest is pixels."""
 
+import os
 import shutil
+import signal
 import subprocess
 import unittest
 from pathlib import Path
@@ -65,6 +67,16 @@ class Gallery:
     def click(self, name, button=1):
         desk.click(*self.place(name), button)
 
+    def drag_to(self, x, y):
+        """Takes the window by its ground to a place, as its user would."""
+        left, top = self.origin()
+        desk.point(left + 180, top + 475)
+        desk.press()
+        desk.point(x + 180, y + 475)
+        desk.release()
+        wait_until(lambda: self.origin() == [x, y],
+                   lambda: f"the window stands at {x},{y}; it stands at {self.origin()}")
+
 
 @unittest.skipUnless(desk.is_there(), "needs a display with a window manager")
 class GalleryTest(unittest.TestCase):
@@ -85,11 +97,17 @@ class PolishKeyboardTest(GalleryTest):
     def test_letters_on_the_third_level_are_typed_and_no_commands(self):
         self.gallery.click("first")
         desk.key("Z", "a")
-        for letter in "zolcaxv":
+        typed = "Za"
+        for key, letter in zip("zolcaxv", "żółćąź„"):
+            if self.machine.is_wine:
+                # Wine takes the third level from the last event that it has fetched, which may be
+                # a later one than the letter's.
+                self.gallery.wait_for(first=typed)
             desk.hold("ISO_Level3_Shift")
-            desk.key(letter)
+            desk.key(key)
             desk.let_go("ISO_Level3_Shift")
-        self.gallery.wait_for(first="Zażółćąź„")
+            typed += letter
+        self.gallery.wait_for(first=typed)
         self.gallery.wait_for(**{"first.selected": ""})
 
 
@@ -158,9 +176,8 @@ class GalleryInputTest(GalleryTest):
         desk.key("ctrl+a", "ctrl+x")
         gallery.wait_for(first="")
         other = Gallery(self.machine, "other")
-        desk.move_window(other.window, 600, 100)
-        wait_until(lambda: other.origin() == [600, 100], "the other window stands aside")
         desk.focus(other.window)
+        other.drag_to(600, 100)
         other.click("second")
         desk.key("ctrl+v")
         other.wait_for(second="to copy")
@@ -183,6 +200,24 @@ class GalleryInputTest(GalleryTest):
         desk.release()
         gallery.click("toggle")
         gallery.wait_for(toggle=1, value=1)
+
+    def test_what_happens_while_the_program_is_busy_counts_as_it_was(self):
+        gallery = self.gallery
+        thumb, down = gallery.place("thumb"), gallery.place("down")
+        process = gallery.program.process()
+        os.kill(process, signal.SIGSTOP)
+        desk.point(*thumb)
+        desk.press()
+        desk.point(*down)
+        desk.point(down[0], 700)
+        os.kill(process, signal.SIGCONT)
+        gallery.wait_for(value=1)
+        os.kill(process, signal.SIGSTOP)
+        desk.release()
+        gallery.click("toggle")
+        gallery.click("press")
+        os.kill(process, signal.SIGCONT)
+        gallery.wait_for(value=1, toggle=1, clicks=1, press="hover")
 
     def test_the_ground_drags_the_window(self):
         x, y = self.gallery.origin()
@@ -227,8 +262,8 @@ class GalleryInputTest(GalleryTest):
         front = Gallery(self.machine, "front")
         # The front window's left top corner lies on the other's button.
         x, y = behind.corner("press")
-        desk.move_window(front.window, x - 2, y - 2)
-        wait_until(lambda: front.origin() == [x - 2, y - 2], "the front window stands there")
+        desk.focus(front.window)
+        front.drag_to(x - 2, y - 2)
         desk.wait_for_color(x - 2, y - 2, NORMAL)
         desk.wait_for_color(x + 6, y + 298, GROUND)
         # On the rounding the two are mixed.

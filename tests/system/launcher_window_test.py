@@ -39,12 +39,20 @@ class LauncherWindowTest(MachineTest):
 
     def test_it_lives_on_when_it_is_moved_and_typed_at(self):
         desk.focus(self.window)
-        desk.move_window(self.window, 20, 30)
-        desk.click(100, 100)
+        if not self.machine.is_wine:
+            self.push_about()
         desk.key("Escape", "Tab", "a", "ctrl+v")
-        desk.turn_wheel(2)
         desk.key("alt+F4")
         self.assert_ends_well(self.launcher)
+
+    def push_about(self):
+        """What works on the host only. Under Wine each frame of a layered window puts it back to
+        where Wine last saw it, so no move by the window manager lasts while frames come; and the
+        pointer falls through where a layered window draws nothing, as it does on Windows."""
+        desk.move_window(self.window, 20, 30)
+        wait_until(lambda: desk.place(self.window)[:2] == (20, 30), "it has moved")
+        desk.click(100, 100)
+        desk.turn_wheel(2)
 
 
 if __name__ == "__main__":

@@ -40,7 +40,9 @@ def place(window):
 
 
 def focused():
-    return _tool("getactivewindow").strip()
+    """The id of the window that has the keyboard, or "" while none has it."""
+    found = subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True)
+    return found.stdout.strip()
 
 
 def focus(window):

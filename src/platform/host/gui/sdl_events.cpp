@@ -3,7 +3,6 @@
 #include <SDL2/SDL_keyboard.h>
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "platform/text.h"
 
@@ -56,38 +55,6 @@ std::uint8_t Modifiers(int state) {
     return static_cast<std::uint8_t>(bits);
 }
 
-std::uint8_t HeldButtons(std::uint32_t state) {
-    int bits = 0;
-    if (state & SDL_BUTTON_LMASK) bits |= HeldLeft;
-    if (state & SDL_BUTTON_RMASK) bits |= HeldRight;
-    return static_cast<std::uint8_t>(bits);
-}
-
-void AddButton(const SDL_MouseButtonEvent& button, std::deque<Event>& queue) {
-    const bool down = button.state == SDL_PRESSED;
-    EventType type{};
-    if (button.button == SDL_BUTTON_LEFT)
-        type = down ? EventType::LeftDown : EventType::LeftUp;
-    else if (button.button == SDL_BUTTON_RIGHT)
-        type = down ? EventType::RightDown : EventType::RightUp;
-    else
-        return;
-    queue.push_back({.type = type,
-                     .buttons = HeldButtons(SDL_GetMouseState(nullptr, nullptr)),
-                     .point = {button.x, button.y}});
-}
-
-void AddWheel(const SDL_MouseWheelEvent& wheel, std::deque<Event>& queue) {
-    const float turned =
-        wheel.direction == SDL_MOUSEWHEEL_FLIPPED ? -wheel.preciseY : wheel.preciseY;
-    const int delta = static_cast<int>(std::lround(turned * 120.0F));
-    if (delta == 0) return;
-    queue.push_back({.type = EventType::Wheel,
-                     .modifiers = Modifiers(SDL_GetModState()),
-                     .wheelDelta = delta,
-                     .point = {wheel.mouseX, wheel.mouseY}});
-}
-
 void AddKey(const SDL_KeyboardEvent& pressed, std::deque<Event>& queue) {
     Event event{.type = pressed.state == SDL_PRESSED ? EventType::KeyDown : EventType::KeyUp,
                 .modifiers = Modifiers(pressed.keysym.mod),
@@ -127,9 +94,6 @@ void AddWindowEvent(const SDL_WindowEvent& window, bool captured, std::deque<Eve
         case SDL_WINDOWEVENT_EXPOSED:
             queue.push_back({.type = EventType::Exposed});
             return;
-        case SDL_WINDOWEVENT_LEAVE:
-            if (!captured) queue.push_back({.type = EventType::PointerLeave});
-            return;
         case SDL_WINDOWEVENT_FOCUS_LOST:
             if (captured) queue.push_back({.type = EventType::CaptureLost});
             return;
@@ -144,16 +108,6 @@ void TranslateEvent(const SDL_Event& event, bool captured, std::deque<Event>& qu
     switch (event.type) {
         case SDL_WINDOWEVENT:
             return AddWindowEvent(event.window, captured, queue);
-        case SDL_MOUSEMOTION:
-            queue.push_back({.type = EventType::PointerMove,
-                             .buttons = HeldButtons(event.motion.state),
-                             .point = {event.motion.x, event.motion.y}});
-            return;
-        case SDL_MOUSEBUTTONDOWN:
-        case SDL_MOUSEBUTTONUP:
-            return AddButton(event.button, queue);
-        case SDL_MOUSEWHEEL:
-            return AddWheel(event.wheel, queue);
         case SDL_KEYDOWN:
         case SDL_KEYUP:
             return AddKey(event.key, queue);

@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/host/gui/cairo_target.h"
 #include "platform/host/gui/sdl_events.h"
+#include "platform/host/gui/x_pointer.h"
 #include "platform/host/gui/xlib_parts.h"
 #include "platform/text.h"
 
@@ -49,7 +50,9 @@ std::unique_ptr<SdlWindow> SdlWindow::Open(const WindowSpec& spec) {
 
 SdlWindow::SdlWindow(SDL_Window* window, xcb_window_t id, int depth, Size size)
     : window_(window), id_(id), presenter_(id, depth), clientSize_(size) {
-    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    TakePointer(window_);
+    const std::uint32_t mask =
+        XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
     xcb_change_window_attributes(watch_.Get(), id_, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(watch_.Get());
     cursors_[0].reset(SDL_CreateSystemCursor(SDL_SYSTEM_CURSOR_ARROW));
@@ -84,11 +87,31 @@ void SdlWindow::Destroy() {
     Post(EventType::Destroyed);
 }
 
-void SdlWindow::WatchForEnd() {
+void SdlWindow::Watch(std::deque<Event>& events) {
+    bool entered = false;
     while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(watch_.Get())}) {
-        if ((event->response_type & 0x7F) != XCB_DESTROY_NOTIFY) continue;
-        if (exists_.exchange(false)) Post(EventType::Destroyed);
+        const int type = event->response_type & 0x7F;
+        if (type == XCB_ENTER_NOTIFY) entered = true;
+        if (type == XCB_LEAVE_NOTIFY) entered = false;
+        if (type == XCB_DESTROY_NOTIFY && exists_.exchange(false))
+            events.push_back({.type = EventType::Destroyed});
     }
+    if (entered && exists_ && !captured_) AddPointer(events);
+}
+
+void SdlWindow::AddPointer(std::deque<Event>& events) {
+    // The place of now: what the pointer did since comes yet, on the other connection.
+    const XReply<xcb_query_pointer_reply_t> pointer(
+        xcb_query_pointer_reply(watch_.Get(), xcb_query_pointer(watch_.Get(), id_), nullptr));
+    if (!pointer || pointer->win_x < 0 || pointer->win_y < 0) return;
+    const Size size = GetClientSize();
+    if (pointer->win_x >= size.width || pointer->win_y >= size.height) return;
+    int held = 0;
+    if (pointer->mask & XCB_BUTTON_MASK_1) held |= HeldLeft;
+    if (pointer->mask & XCB_BUTTON_MASK_3) held |= HeldRight;
+    events.push_back({.type = EventType::PointerMove,
+                      .buttons = static_cast<std::uint8_t>(held),
+                      .point = {pointer->win_x, pointer->win_y}});
 }
 
 void SdlWindow::FollowEvent(const Event& event) {
@@ -116,9 +139,15 @@ bool SdlWindow::HasNews() {
 void SdlWindow::Pump() {
     if (!window_ || !HasNews()) return;
     std::deque<Event> events;
-    for (SDL_Event event; window_ && SDL_PollEvent(&event);)
+    for (SDL_Event event; window_ && SDL_PollEvent(&event);) {
         TranslateEvent(event, captured_, events);
-    WatchForEnd();
+        TranslatePointer(event, window_, captured_, events);
+        // SDL ends every grab of the pointer when it hears of the keyboard.
+        if (captured_ && event.type == SDL_WINDOWEVENT &&
+            event.window.event == SDL_WINDOWEVENT_FOCUS_GAINED)
+            GrabPointer(window_);
+    }
+    Watch(events);
     const std::lock_guard guard(mutex_);
     for (const Event& event : events) {
         FollowEvent(event);
@@ -271,13 +300,13 @@ void SdlWindow::SetCursor(CursorShape shape) {
 void SdlWindow::SetCapture() {
     if (!exists_) return;
     captured_ = true;
-    SDL_CaptureMouse(SDL_TRUE);
+    GrabPointer(window_);
 }
 
 void SdlWindow::ReleaseCapture() {
     if (!captured_) return;
     captured_ = false;
-    SDL_CaptureMouse(SDL_FALSE);
+    if (exists_) LetPointerGo(window_);
 }
 
 Point SdlWindow::GetCursorPosition() const {

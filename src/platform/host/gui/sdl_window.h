@@ -55,8 +55,10 @@ private:
     /// Whether the window system may have something to tell. The message loop asks a thousand
     /// times a second, so it has to cost next to nothing.
     bool HasNews();
-    /// Looks whether somebody else has destroyed the window.
-    void WatchForEnd();
+    /// Looks whether somebody else has destroyed the window, and whether the pointer has come in.
+    void Watch(std::deque<Event>& events);
+    /// Tells where the pointer is, if it is in the window.
+    void AddPointer(std::deque<Event>& events);
     void FollowEvent(const Event& event);
     void CutShape();
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 /// What has to be said to Xlib itself. Its header defines common words as macros, so it is
-/// included in one source alone.
+/// included in this source and x_pointer.cpp alone.
 namespace Platform::Host {
 
 /// Xlib ends the program on an error, for instance when somebody has destroyed the window. From now

@@ -5,6 +5,7 @@ import os
 import shutil
 import signal
 import subprocess
+import time
 import unittest
 from pathlib import Path
 
@@ -20,7 +21,7 @@ NORMAL, HOVER, PRESSED, GROUND = 0xC0392B, 0xE8603A, 0x7B1F1A, 0x150806
 class Gallery:
     """A gallery in its window."""
 
-    def __init__(self, machine, name="gallery", page="playground"):
+    def __init__(self, machine, name="gallery", at=None):
         self.folder = machine.make_folder(f"C:\\{name}")
         program = f"C:\\{name}\\tolvan-gallery.exe"
         machine.place_program("tolvan-gallery.exe" if machine.is_wine else "tolvan-gallery", program)
@@ -30,11 +31,12 @@ class Gallery:
                 shutil.copytree(FONTS / family, self.folder / family)
             fonts, state = f"C:\\{name}", f"C:\\{name}\\state.txt"
         before = set(desk.find_windows(TITLE))
-        self.program = machine.start(program, "--fonts", str(fonts), "--window", "--page", page,
-                                     "--state", str(state), TOLVAN_WINDOW="")
+        place = ["--at", f"{at[0]},{at[1]}"] if at else []
+        self.program = machine.start(program, "--fonts", str(fonts), "--window", "--page",
+                                     "playground", "--state", str(state), *place, TOLVAN_WINDOW="")
         self.window = wait_until(lambda: set(desk.find_windows(TITLE)) - before,
                                  lambda: f"the gallery's window; {machine.output()}").pop()
-        wait_until(lambda: self.state().get("page") == page, "the gallery's state")
+        wait_until(lambda: self.state().get("page") == "playground", "the gallery's state")
 
     def state(self):
         try:
@@ -66,16 +68,6 @@ class Gallery:
 
     def click(self, name, button=1):
         desk.click(*self.place(name), button)
-
-    def drag_to(self, x, y):
-        """Takes the window by its ground to a place, as its user would."""
-        left, top = self.origin()
-        desk.point(left + 180, top + 475)
-        desk.press()
-        desk.point(x + 180, y + 475)
-        desk.release()
-        wait_until(lambda: self.origin() == [x, y],
-                   lambda: f"the window stands at {x},{y}; it stands at {self.origin()}")
 
 
 @unittest.skipUnless(desk.is_there(), "needs a display with a window manager")
@@ -175,9 +167,8 @@ class GalleryInputTest(GalleryTest):
         gallery.click("first")
         desk.key("ctrl+a", "ctrl+x")
         gallery.wait_for(first="")
-        other = Gallery(self.machine, "other")
+        other = Gallery(self.machine, "other", at=(600, 100))
         desk.focus(other.window)
-        other.drag_to(600, 100)
         other.click("second")
         desk.key("ctrl+v")
         other.wait_for(second="to copy")
@@ -225,6 +216,11 @@ class GalleryInputTest(GalleryTest):
         desk.press()
         for step in range(1, 6):
             desk.point(x + 180 - 20 * step, y + 475 + 8 * step)
+        if self.machine.is_wine:
+            # Every frame of a layered window asks for its place again there, and a late answer of
+            # the window manager takes the window back to the place before; the release moves it
+            # once more.
+            time.sleep(1)
         desk.release()
         self.gallery.wait_for(window=f"{x - 100},{y + 40},{x + 260},{y + 580}")
         desk.wait_for_color(x - 100 + 180, y + 40 + 475, GROUND)
@@ -253,25 +249,43 @@ class GalleryInputTest(GalleryTest):
         desk.key("alt+F4")
         self.assertEqual(self.gallery.program.wait(), 0, self.machine.output())
 
-    def test_with_a_compositor_what_lies_behind_is_seen_at_the_corners(self):
+    def start_compositor(self):
         compositor = subprocess.Popen(["picom", "--config", "/dev/null", "--backend", "xrender"],
                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(compositor.wait)
         self.addCleanup(compositor.kill)
+        return compositor
+
+    def wait_for_corner(self, x, y, soft):
+        """Waits until the window's left top corner at x, y is rounded over a button: softly, where
+        the two are mixed, or with a hard edge, whose pixels may be darker than the window."""
+        plain = (NORMAL, GROUND, 0x3E2119)
+
+        def row():
+            shot = desk.Screenshot()
+            return [shot.at(x + column, y + 2) for column in range(12)]
+
+        def is_rounded():
+            colors = row()
+            mixed = [color for color in colors if color > GROUND
+                     and not any(desk.is_near(color, whole, 6) for whole in plain)]
+            return desk.is_near(colors[0], NORMAL) and bool(mixed) == soft
+
+        wait_until(is_rounded, lambda: f"soft {soft}: {[f'{color:06x}' for color in row()]}")
+
+    def test_what_lies_behind_is_seen_at_the_corners(self):
+        compositor = self.start_compositor()
         behind = self.gallery
-        front = Gallery(self.machine, "front")
         # The front window's left top corner lies on the other's button.
         x, y = behind.corner("press")
-        desk.focus(front.window)
-        front.drag_to(x - 2, y - 2)
-        desk.wait_for_color(x - 2, y - 2, NORMAL)
+        desk.focus(Gallery(self.machine, "front", at=(x - 2, y - 2)).window)
         desk.wait_for_color(x + 6, y + 298, GROUND)
-        # On the rounding the two are mixed.
-        shot = desk.Screenshot()
-        row = [shot.at(x - 2 + column, y - 2 + 2) for column in range(12)]
-        mixed = [color for color in row
-                 if not any(desk.is_near(color, whole, 6) for whole in (NORMAL, GROUND, 0x3E2119))]
-        self.assertTrue(mixed, [f"{color:06x}" for color in row])
+        self.wait_for_corner(x - 2, y - 2, soft=True)
+        compositor.terminate()
+        compositor.wait()
+        self.wait_for_corner(x - 2, y - 2, soft=False)
+        self.start_compositor()
+        self.wait_for_corner(x - 2, y - 2, soft=True)
 
 
 if __name__ == "__main__":

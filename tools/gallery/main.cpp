@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string_view>
 
 #include "compare.h"
@@ -15,7 +16,7 @@ namespace {
 
 constexpr const char* Help =
     "tolvan-gallery [--fonts FOLDER] [--without-text] OUT\n"
-    "tolvan-gallery [--fonts FOLDER] --window [--page NAME] [--state FILE]\n"
+    "tolvan-gallery [--fonts FOLDER] --window [--page NAME] [--state FILE] [--at X,Y]\n"
     "tolvan-gallery --compare FOLDER [--limit PERCENT]\n"
     "\n"
     "Draws every widget of the toolkit in its states with this build's own adapter and writes the\n"
@@ -25,11 +26,19 @@ constexpr const char* Help =
     "  --fonts FOLDER  where inter/ and sora/ are (default /usr/share/fonts/opentype)\n"
     "  --page NAME     the page to begin with; the last one, to try things out, is playground\n"
     "  --state FILE    a file that always tells what the window and the playground's controls do\n"
+    "  --at X,Y        where on the screen the window opens (default: in the middle)\n"
     "  --without-text  the same pictures, with their texts left out\n"
     "  --compare FOLDER  compares FOLDER/host and FOLDER/windows by means of their likes without\n"
     "                  texts, host-textless and windows-textless, and writes FOLDER/differences;\n"
     "                  tools/gallery/compare.sh does all of it\n"
     "  --limit PERCENT how many pixels may differ, texts apart (default 0.5)\n";
+
+/// None when the text is no point.
+std::optional<Platform::Point> ParsePoint(const char* text) {
+    Platform::Point point;
+    if (std::sscanf(text, "%d,%d", &point.x, &point.y) != 2) return std::nullopt;
+    return point;
+}
 
 bool WritePicture(DirectGL::Gui& gui, const std::filesystem::path& path) {
     gui.MarkDirty();
@@ -81,7 +90,8 @@ int WriteSheets(const std::filesystem::path& fonts, const std::filesystem::path&
 }  // namespace Gallery
 
 int main(int count, char** arguments) {
-    Gallery::ShowOptions options{.fonts = "/usr/share/fonts/opentype", .page = {}, .state = {}};
+    Gallery::ShowOptions options{
+        .fonts = "/usr/share/fonts/opentype", .page = {}, .state = {}, .place = {}};
     std::filesystem::path out;
     std::filesystem::path compared;
     double limit = 0.5;
@@ -95,6 +105,8 @@ int main(int count, char** arguments) {
             options.page = arguments[++i];
         } else if (argument == "--state" && i + 1 < count) {
             options.state = arguments[++i];
+        } else if (argument == "--at" && i + 1 < count) {
+            options.place = Gallery::ParsePoint(arguments[++i]);
         } else if (argument == "--compare" && i + 1 < count) {
             compared = arguments[++i];
         } else if (argument == "--limit" && i + 1 < count) {

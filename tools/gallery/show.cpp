@@ -21,12 +21,15 @@ std::vector<std::byte> ReadAll(const std::filesystem::path& path) {
     return {first, first + bytes.size()};
 }
 
-bool OpenWindow(DirectGL::Gui& gui, Platform::Desktop& desktop) {
+bool OpenWindow(DirectGL::Gui& gui, Platform::Desktop& desktop,
+                const std::optional<Platform::Point>& wanted) {
     const Platform::Size screen = desktop.GetDisplay().DesktopSize();
+    const Platform::Point middle{(screen.width - Width) / 2, (screen.height - Height) / 2};
+    const Platform::Point place = wanted.value_or(middle);
     gui.SetShowOnCreate(false);
     if (!gui.Create({.title = L"Tolvan gallery",
-                     .x = (screen.width - Width) / 2,
-                     .y = (screen.height - Height) / 2,
+                     .x = place.x,
+                     .y = place.y,
                      .width = Width,
                      .height = Height}))
         return false;
@@ -136,7 +139,7 @@ std::string DescribeWindow(const DirectGL::Gui& gui, const Pages& pages) {
 int ShowSheets(const ShowOptions& options) {
     const std::unique_ptr<Platform::Desktop> desktop = Platform::OpenDesktop();
     DirectGL::Gui gui(*desktop);
-    if (!OpenWindow(gui, *desktop)) {
+    if (!OpenWindow(gui, *desktop, options.place)) {
         std::fputs("tolvan-gallery: no window can be opened\n", stderr);
         return 1;
     }

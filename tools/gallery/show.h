@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "directgl/gui.h"
@@ -19,6 +20,7 @@ struct ShowOptions {
     std::string page;             ///< the sheet to begin with; the first one unless set
     std::filesystem::path state;  ///< a file that always tells the state of the window and of the
                                   ///< playground, "name=value" a line; none unless set
+    std::optional<Platform::Point> place;  ///< of the window; the middle of the screen unless set
 };
 
 /// Shows the sheets, and the playground behind them, in a window of this desktop until it is

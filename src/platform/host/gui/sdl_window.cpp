@@ -20,6 +20,8 @@ namespace {
 
 /// SDL has clocks of its own to look after, so it gets its turn at least this often, in ticks.
 constexpr std::uint64_t LongestSilence = 100;
+/// How often to look whether a compositor has come or gone, in ticks.
+constexpr std::uint64_t CompositorPause = 500;
 
 int DepthOf(const XConnection& connection, xcb_window_t window) {
     const XReply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
@@ -114,6 +116,13 @@ void SdlWindow::AddPointer(std::deque<Event>& events) {
                       .point = {pointer->win_x, pointer->win_y}});
 }
 
+void SdlWindow::FollowCompositor() {
+    const std::uint64_t now = TickMilliseconds();
+    if (!shown_ || now - lastLook_ < CompositorPause) return;
+    lastLook_ = now;
+    if (watch_.HasCompositor() != composited_) CutShape();
+}
+
 void SdlWindow::FollowEvent(const Event& event) {
     if (event.type == EventType::Minimized) minimized_ = true;
     if (event.type == EventType::Exposed) presenter_.MarkLost();
@@ -148,6 +157,7 @@ void SdlWindow::Pump() {
             GrabPointer(window_);
     }
     Watch(events);
+    FollowCompositor();
     const std::lock_guard guard(mutex_);
     for (const Event& event : events) {
         FollowEvent(event);
@@ -201,7 +211,8 @@ void SdlWindow::CutShape() {
     std::vector<xcb_rectangle_t> rows;
     const Size size = GetClientSize();
     const CornerMask corners(cornerSize_ / 2);
-    const bool blends = layered_ && watch_.HasCompositor();
+    composited_ = watch_.HasCompositor();
+    const bool blends = layered_ && composited_;
     for (int y = 0; y < size.height; ++y) {
         int inset = 0;
         while (!blends && inset < size.width / 2 && corners.CoverageIn(size, inset, y) < 128)

@@ -61,6 +61,8 @@ private:
     void AddPointer(std::deque<Event>& events);
     void FollowEvent(const Event& event);
     void CutShape();
+    /// Gives the window the other shape when a compositor has come or gone.
+    void FollowCompositor();
 
     struct DestroyCursor {
         void operator()(SDL_Cursor* cursor) const { SDL_FreeCursor(cursor); }
@@ -78,8 +80,10 @@ private:
     std::atomic<bool> minimized_ = false;
     bool layered_ = false;
     bool captured_ = false;
+    bool composited_ = false;  ///< when the shape was cut
     bool shown_ = false;
     std::uint64_t lastPump_ = 0;  ///< in ticks
+    std::uint64_t lastLook_ = 0;  ///< for a compositor, in ticks
     int cornerSize_ = 0;
 };
 

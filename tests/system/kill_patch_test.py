@@ -83,7 +83,7 @@ class KillTest(GameTest):
         launcher.process()
         while not any(moment.state in (state, *TERMINAL) for moment in progress.read()):
             time.sleep(PAUSE)
-            self.assertTrue(launcher.is_running(), self.machine.output())
+            self.assert_runs(launcher)
         time.sleep(wait)
         launcher.kill()
         return progress.read()[-1].state

@@ -6,8 +6,8 @@ import time
 PATIENCE = 60.0
 PAUSE = 0.01
 
-# Functions whose texts tell more about a wait in vain: what the machines of the test are doing.
-reporters = []
+# The machines of the test. They tell what they are doing when a wait was in vain.
+machines = []
 
 
 def wait_until(condition, what, patience=PATIENCE):
@@ -18,6 +18,8 @@ def wait_until(condition, what, patience=PATIENCE):
         if answer:
             return answer
         if time.monotonic() > end:
-            told = [what() if callable(what) else what, *(reporter() for reporter in reporters)]
+            told = [what() if callable(what) else what, *(machine.report() for machine in machines)]
+            for machine in machines:
+                machine.skip_if_wine_failed()
             raise AssertionError(f"not within {patience:.0f} s: " + "\n".join(told))
         time.sleep(PAUSE)

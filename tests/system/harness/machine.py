@@ -84,7 +84,7 @@ class Machine:
         self.environment.setdefault("TOLVAN_WINDOW", "none")
         self._output = self.folder / "output.txt"
         self._programs = []
-        self._wine_faults = 0
+        self._faults_before = 0
         machines.append(self)
         self._call("init", *self._trust())
         if self.is_wine:
@@ -164,6 +164,9 @@ class Machine:
 
     def start(self, windows_path, *arguments, **environment):
         """Starts a program; its environment is this machine's with the given variables on top."""
+        if windows_path.endswith(LAUNCHER):
+            # What befell an earlier launcher is no excuse for this one.
+            self._faults_before = len(self._wine_faults())
         with open(self._output, "ab") as output:
             starter = subprocess.Popen(
                 [*STARTER, self._tool, self.folder, "run", windows_path, *arguments],
@@ -174,7 +177,7 @@ class Machine:
 
     def output(self):
         """What all programs have said so far."""
-        return self._output.read_text(errors="replace")
+        return self._output.read_text(errors="replace") if self._output.exists() else ""
 
     def report(self):
         """What runs on the machine and where it waits, and the last words of programs and logs."""
@@ -198,13 +201,16 @@ class Machine:
         in these words and ends that thread, before the thread's first step in the case that was
         looked into, and the program waits for it in vain. What a test then sees is not the
         program's work. All programs are ended, so that what follows starts afresh."""
-        faults = re.findall(r"^wine client error:.*$", self.output(), re.M)
-        if len(faults) == self._wine_faults:
+        faults = self._wine_faults()[self._faults_before:]
+        if not faults:
             return
-        self._wine_faults = len(faults)
+        self._faults_before += len(faults)
         for program in self._programs:
             program.kill()
         raise unittest.SkipTest(f"Wine has ended a thread of the program: {faults[-1]}")
+
+    def _wine_faults(self):
+        return re.findall(r"^wine client error:.*$", self.output(), re.M)
 
     def processes(self, name):
         """The ids on this system of the programs of that file name that run on the machine."""

@@ -18,8 +18,8 @@ def wait_until(condition, what, patience=PATIENCE):
         if answer:
             return answer
         if time.monotonic() > end:
-            told = [what() if callable(what) else what, *(machine.report() for machine in machines)]
             for machine in machines:
                 machine.skip_if_wine_failed()
+            told = [what() if callable(what) else what, *(machine.report() for machine in machines)]
             raise AssertionError(f"not within {patience:.0f} s: " + "\n".join(told))
         time.sleep(PAUSE)

@@ -108,11 +108,8 @@ void SdlWindow::AddPointer(std::deque<Event>& events) {
     if (!pointer || pointer->win_x < 0 || pointer->win_y < 0) return;
     const Size size = GetClientSize();
     if (pointer->win_x >= size.width || pointer->win_y >= size.height) return;
-    int held = 0;
-    if (pointer->mask & XCB_BUTTON_MASK_1) held |= HeldLeft;
-    if (pointer->mask & XCB_BUTTON_MASK_3) held |= HeldRight;
     events.push_back({.type = EventType::PointerMove,
-                      .buttons = static_cast<std::uint8_t>(held),
+                      .buttons = HeldButtons(pointer->mask),
                       .point = {pointer->win_x, pointer->win_y}});
 }
 

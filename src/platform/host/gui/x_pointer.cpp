@@ -19,13 +19,6 @@ constexpr int WheelNotch = 120;
     return isX11 ? info.info.x11.display : nullptr;
 }
 
-std::uint8_t HeldButtons(unsigned state) {
-    int bits = 0;
-    if (state & Button1Mask) bits |= HeldLeft;
-    if (state & Button3Mask) bits |= HeldRight;
-    return static_cast<std::uint8_t>(bits);
-}
-
 std::uint8_t Modifiers(unsigned state) {
     int bits = 0;
     if (state & ControlMask) bits |= ModifierControl;
@@ -78,6 +71,13 @@ std::optional<Event> Translate(const XEvent& event, bool captured) {
 }
 
 }  // namespace
+
+std::uint8_t HeldButtons(unsigned state) {
+    int bits = 0;
+    if (state & Button1Mask) bits |= HeldLeft;
+    if (state & Button3Mask) bits |= HeldRight;
+    return static_cast<std::uint8_t>(bits);
+}
 
 void TakePointer(SDL_Window* window) {
     ::Display* display = DisplayOf(window);

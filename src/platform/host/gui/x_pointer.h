@@ -2,6 +2,7 @@
 
 #include <SDL2/SDL_events.h>
 #include <SDL2/SDL_video.h>
+#include <cstdint>
 #include <deque>
 
 #include "platform/events.h"
@@ -10,6 +11,9 @@
 /// look makes wrong: it answers a late "entered" by ending every grab of the pointer, so that a
 /// drag loses its release, and where it has not seen a move it puts a press in the old place.
 namespace Platform::Host {
+
+/// The buttons of an Event that are down in a state of X's.
+std::uint8_t HeldButtons(unsigned state);
 
 /// Lets SDL pass on what X says, and hides from it that the pointer enters the window.
 void TakePointer(SDL_Window* window);

@@ -45,7 +45,8 @@ class Program:
             return self._starter.wait(patience)
         except subprocess.TimeoutExpired:
             self._machine.skip_if_wine_failed()
-            raise AssertionError(f"{self._name} still runs after {patience:.0f} s") from None
+            raise AssertionError(f"{self._name} still runs after {patience:.0f} s: "
+                                 f"{self._machine.report()}") from None
 
     def kill(self):
         """Ends it at once, without any chance to tidy up (kill -9)."""

@@ -1,7 +1,6 @@
 #include "common/worker.h"
 
 #include <exception>
-#include <system_error>
 
 namespace Launcher {
 
@@ -18,7 +17,7 @@ void Worker::Start(Task task) {
     status_ = Status::Running;
     try {
         thread_ = std::jthread(run);
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         status_ = Status::Failed;
     }
 }

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
+#include <future>
 #include <optional>
 #include <stop_token>
-#include <thread>
 
 #include "common/boot_log.h"
 #include "common/worker.h"
@@ -114,12 +115,13 @@ bool PatchPipeline::Pass::HashFiles(const std::stop_token& stop, bool onlyMissin
             ++hashedCount;
         }
     };
-    {
-        std::vector<std::jthread> others;
-        for (std::size_t reader = 1; reader < ReaderCount(); ++reader)
-            others.emplace_back(hash);
-        hash();
-    }
+    // What one of them throws, for want of memory, reaches this thread.
+    std::vector<std::future<void>> others;
+    for (std::size_t reader = 1; reader < ReaderCount(); ++reader)
+        others.push_back(std::async(std::launch::async, hash));
+    hash();
+    for (std::future<void>& other : others)
+        other.get();
     return !stop.stop_requested();
 }
 
@@ -181,6 +183,19 @@ State PatchPipeline::Tick() {
         if (!ReapRetired()) return progress_.state;
         pass_->Prepare();
     }
+    try {
+        Step();
+    } catch (const std::exception&) {
+        // A list that fits no memory. What there is of it goes first, to make room for the text.
+        pass_.reset();
+        Fail(State::ErrFatal, L"The update list was empty or could not be read.");
+    }
+    // The lists of a large game are large, and an ended pass has no use for them.
+    if (!IsPatching(progress_.state)) pass_.reset();
+    return progress_.state;
+}
+
+void PatchPipeline::Step() {
     switch (progress_.state) {
         case State::Manifest:
             TickManifest();
@@ -200,9 +215,6 @@ State PatchPipeline::Tick() {
         default:
             break;
     }
-    // The lists of a large game are large, and an ended pass has no use for them.
-    if (!IsPatching(progress_.state)) pass_.reset();
-    return progress_.state;
 }
 
 void PatchPipeline::Fail(State state, std::wstring text) {

@@ -50,6 +50,7 @@ private:
     struct Pass;
 
     bool ReapRetired();
+    void Step();
     void TickManifest();
     void TickParse();
     void TickCompare();

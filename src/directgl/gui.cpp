@@ -123,7 +123,7 @@ void Gui::LetGo(const Window* widget) {
     if (IsWithin(focused_, widget)) focused_->Blur();
     if (IsWithin(entered_, widget)) {
         hoverStale_ = true;
-        std::exchange(entered_, nullptr)->OnMouseLeave();
+        _LeaveEntered();
     }
     // Their callbacks may have begun something anew.
     Forget(widget);

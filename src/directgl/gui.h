@@ -228,7 +228,10 @@ private:
     void _OnWheel(const Platform::Event& event);
     void _OnKey(const Platform::Event& event);
     void _DragWindow();
-    bool _IsPointerInside() const;
+    /// The widget under the pointer; null while that is elsewhere.
+    Window* _HitUnderPointer() const;
+    /// Tells the entered widget, if there is one, that the pointer has left it.
+    void _LeaveEntered();
     void _CancelPress(Window*& pressed);
     void _ApplyCursor();
 
@@ -268,6 +271,7 @@ private:
     Size maxTrack_;
     bool hoverGuard_ = false;
     bool hoverStale_ = false;  ///< the entered widget was taken away
+    bool pressTaken_ = false;  ///< the left button is held, but its press has ended
     bool windowDragActive_ = false;
     Point windowDragOffset_;
     bool showOnCreate_ = true;

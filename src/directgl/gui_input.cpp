@@ -96,6 +96,7 @@ void Gui::_DispatchBuiltIn(const Event& event) {
             return _OnRightUp();
         case EventType::CaptureLost:
             windowDragActive_ = false;
+            if (pressedLeft_) pressTaken_ = true;
             _CancelPress(pressedLeft_);
             _CancelPress(pressedRight_);
             return RefreshHover();
@@ -136,7 +137,10 @@ void Gui::_OnPointerMove(const Event& event) {
     mouse_ = event.point;
     mouseOutside_ = false;
     // A release that never came here is known by the button that is no longer held.
-    if ((event.buttons & Platform::HeldLeft) == 0) _CancelPress(pressedLeft_);
+    if ((event.buttons & Platform::HeldLeft) == 0) {
+        pressTaken_ = false;
+        _CancelPress(pressedLeft_);
+    }
     if ((event.buttons & Platform::HeldRight) == 0) _CancelPress(pressedRight_);
     RefreshHover();
     Window* target = GetPressed() ? GetPressed() : HitTest(mouse_);
@@ -145,6 +149,7 @@ void Gui::_OnPointerMove(const Event& event) {
 
 void Gui::_OnLeftDown() {
     mouseOutside_ = false;
+    pressTaken_ = false;
     Window* hit = HitTest(mouse_);
     pressedLeft_ = hit;
     if (!hit) {
@@ -162,6 +167,8 @@ void Gui::_OnLeftUp() {
     if (std::exchange(windowDragActive_, false)) _DragWindow();
     window_->ReleaseCapture();
     Window* target = pressedLeft_ ? pressedLeft_ : HitTest(mouse_);
+    // The release of a press that was taken away is no click for anybody.
+    if (std::exchange(pressTaken_, false)) target = nullptr;
     if (target) target->OnMouseUp();
     pressedLeft_ = nullptr;
     RefreshHover();
@@ -189,7 +196,7 @@ void Gui::_CancelPress(Window*& pressed) {
 void Gui::_OnPointerLeave() {
     mouseOutside_ = true;
     handCursor_ = false;
-    if (Window* left = std::exchange(entered_, nullptr)) left->OnMouseLeave();
+    _LeaveEntered();
 }
 
 void Gui::_OnWheel(const Event& event) {
@@ -210,26 +217,30 @@ void Gui::_OnKey(const Event& event) {
         focused_->OnKeyDown(key);
 }
 
-bool Gui::_IsPointerInside() const {
+Window* Gui::_HitUnderPointer() const {
     // While it was held it may have gone anywhere.
-    return !mouseOutside_ && mouse_.x >= 0 && mouse_.y >= 0 && mouse_.x < width_ &&
-           mouse_.y < height_;
+    const bool inside =
+        !mouseOutside_ && mouse_.x >= 0 && mouse_.y >= 0 && mouse_.x < width_ && mouse_.y < height_;
+    return inside ? HitTest(mouse_) : nullptr;
+}
+
+void Gui::_LeaveEntered() {
+    Window* left = std::exchange(entered_, nullptr);
+    if (!left) return;
+    // What it changes meanwhile makes nobody enter before it has been told.
+    const bool guarded = std::exchange(hoverGuard_, true);
+    left->OnMouseLeave();
+    hoverGuard_ = guarded;
 }
 
 void Gui::RefreshHover() {
     hoverStale_ = false;
     if (GetPressed()) return;
-    Window* hit = _IsPointerInside() ? HitTest(mouse_) : nullptr;
-    if (hit == entered_) return;
-    if (Window* left = std::exchange(entered_, nullptr)) left->OnMouseLeave();
-    // What the leave did may have told another widget already, or put one there.
-    if (!hit || entered_) return;
-    if (HitTest(mouse_) != hit) {
-        hoverStale_ = true;
-        return;
-    }
-    entered_ = hit;
-    hit->OnMouseEnter();
+    if (_HitUnderPointer() == entered_) return;
+    _LeaveEntered();
+    // The leave may have put something else there.
+    entered_ = _HitUnderPointer();
+    if (entered_) entered_->OnMouseEnter();
 }
 
 void Gui::ChangeUnderPointer(const std::function<void()>& change) {
@@ -248,7 +259,7 @@ void Gui::ClearHover() {
         for (const auto& widget : layer->GetWidgets())
             widget->ClearHover();
     handCursor_ = false;
-    if (Window* left = std::exchange(entered_, nullptr)) left->OnMouseLeave();
+    _LeaveEntered();
 }
 
 void Gui::_ApplyCursor() {

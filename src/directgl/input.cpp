@@ -68,6 +68,8 @@ void Input::SetPassword(bool value) {
 
 void Input::RefreshMeasure() {
     Text::RefreshMeasure();
+    // A placeholder is shown, but it is not the text.
+    if (text.empty()) measured = {};
     caret = std::clamp(caret, 0, static_cast<int>(text.size()));
 }
 
@@ -163,7 +165,13 @@ void Input::Paste() {
     Insert(pasted);
 }
 
+void Input::OnBlur() {
+    Invalidate();
+    Text::OnBlur();
+}
+
 void Input::OnKeyDown(const KeyEvent& event) {
+    keyEvent = event;
     if (event.type == Platform::EventType::Character) {
         const auto character = static_cast<wchar_t>(event.code);
         if (Accepts(character)) {

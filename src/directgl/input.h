@@ -36,6 +36,7 @@ public:
     void OnMouseMove() override;
     void OnMouseEnter() override;
     void OnMouseLeave() override;
+    void OnBlur() override;
     void OnKeyDown(const KeyEvent& event) override;
     void Focus() override;
     void Update(double time) override;

@@ -225,13 +225,18 @@ float Text::XOf(int index) {
 int Text::IndexUnderPointer() {
     const int place = GetMouse().x + scrollOffset - GetAbsolutePosition().x - GetAlignmentOffset();
     if (place <= 0) return 0;
+    const int length = GetLength();
+    // The first index of each place: those behind it stand within a character of several units.
     int before = 0;
-    for (int index = 1, length = GetLength(); index <= length; ++index) {
+    int beforeIndex = 0;
+    for (int index = 1; index <= length; ++index) {
         const int reached = PrefixWidth(index);
-        if (reached >= place) return reached - place < place - before ? index : index - 1;
+        if (reached >= place) return reached - place < place - before ? index : beforeIndex;
+        if (reached == before) continue;
         before = reached;
+        beforeIndex = index;
     }
-    return GetLength();
+    return length;
 }
 
 std::pair<int, int> Text::GetSelectionRange() const {

@@ -70,7 +70,10 @@ protected:
     virtual const MarkedText& GetShownText() const;
     /// The text itself, in the colour.
     void DrawShownText(const ColorRGBA& color);
-    bool HasSelection() const { return selectionStart != selectionEnd; }
+    bool HasSelection() const {
+        const auto [low, high] = GetSelectionRange();
+        return low != high;
+    }
     void ClearSelection() { selectionStart = selectionEnd = NoIndex; }
     /// The two indices in order and within the text.
     std::pair<int, int> GetSelectionRange() const;

@@ -1,5 +1,7 @@
 #include "directgl/toggle.h"
 
+#include <algorithm>
+
 #include "directgl/gui.h"
 
 namespace DirectGL {
@@ -65,7 +67,8 @@ void Toggle::OnMouseUp() {
 void Toggle::Update(double time) {
     Window::Update(time);
     if (knob == animTarget) return;
-    const float passed = static_cast<float>(time - animStartTime);
+    // An update that waited for the lock may be of a time before the click.
+    const float passed = std::max(0.0F, static_cast<float>(time - animStartTime));
     const float share = animDuration > 0.0F ? passed / animDuration : 1.0F;
     if (share < 1.0F)
         knob = animStart + (animTarget - animStart) * (1.0F - (1.0F - share) * (1.0F - share));

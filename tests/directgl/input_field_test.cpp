@@ -125,6 +125,8 @@ TEST_F(InputFieldTest, ThePlaceholderShowsInAnEmptyFieldWithoutFocus) {
     EXPECT_EQ(Drawn("DrawTextLayout"), "0,0 \"Name\" #a6a6a6ff*1");
     field->SelectAll();
     EXPECT_EQ(field->GetSelectedText(), L"");
+    field->SetText(L"", true);
+    EXPECT_EQ(field->GetSize(), Size{}) << "a placeholder takes no room";
 }
 
 TEST_F(InputFieldTest, TheCaretBlinksAndStandsWhereThePointerPutsIt) {
@@ -138,7 +140,10 @@ TEST_F(InputFieldTest, TheCaretBlinksAndStandsWhereThePointerPutsIt) {
     EXPECT_EQ(Drawn("DrawLine"), "");
     Press(Platform::KeyLeft);
     EXPECT_NE(Drawn("DrawLine"), "") << "a moved caret is seen at once";
+    while (!Frame().empty()) {
+    }
     field->Blur();
+    EXPECT_FALSE(Frame().empty()) << "the caret goes at once";
     while (!Frame().empty()) {
     }
     Tick(120);

@@ -101,6 +101,13 @@ TEST_F(WidgetsTest, AButtonsLabelLetsThePressThrough) {
     Pump();
     EXPECT_EQ(TakeNotes(), (Notes{"clicked"}));
     EXPECT_TRUE(hover->IsVisible());
+    button->SetMouseLeave(Note("leave"));
+    MakeBox(50, 0, 20, 20)->SetMouseEnter(Note("enter"));
+    Native().PointerMove(60, 5);
+    Pump();
+    EXPECT_EQ(TakeNotes(), (Notes{"leave", "enter"})) << "though the leave hides the child";
+    Native().PointerMove(5, 5);
+    Pump();
     EXPECT_EQ(label->GetTextStyle().textColor, Green);
     button->HideChildren();
     EXPECT_TRUE(label->IsVisible());
@@ -195,6 +202,8 @@ TEST_F(WidgetsTest, AToggleSlidesFromWhereItIs) {
     Pump();
     EXPECT_TRUE(toggle->IsOn());
     EXPECT_EQ(TakeNotes(), (Notes{"changed"}));
+    toggle->Update(gui.Now() - 0.05);
+    EXPECT_EQ(toggle->GetKnob(), 0.0F) << "an update that began before the click";
     clock.Advance(0.11);
     gui.UpdatePass();
     EXPECT_NEAR(toggle->GetKnob(), 0.75F, 1e-3);

@@ -21,7 +21,7 @@ enum class HashDepth {
 };
 
 /// Nothing when the file cannot be opened or read, or when a stop is requested meanwhile.
-/// buffer is what the reads go through; 64 to 256 KiB are fastest. Any thread.
+/// buffer is what the reads go through: a stop is seen between two of them. Any thread.
 std::optional<InstalledFile> HashInstalledFile(const std::wstring& path, HashDepth depth,
                                                const std::stop_token& stop,
                                                std::span<std::byte> buffer);

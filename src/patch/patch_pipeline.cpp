@@ -23,7 +23,7 @@ namespace {
 
 constexpr int LinesPerTick = 10;
 constexpr double ListTimeLimit = 5.0;
-constexpr std::size_t HashBufferSize = std::size_t{256} * 1024;
+constexpr std::size_t HashBufferSize = 1'048'576;
 constexpr std::size_t FilesForAReader = 1000;
 constexpr std::size_t MostReaders = 4;
 

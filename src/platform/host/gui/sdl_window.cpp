@@ -29,6 +29,14 @@ int DepthOf(const XConnection& connection, xcb_window_t window) {
     return geometry ? geometry->depth : 24;
 }
 
+/// Whether the last word about the pointer is where it is, and not that it has left.
+bool TellWhereItIs(const std::deque<Event>& events) {
+    const auto last = std::find_if(events.rbegin(), events.rend(), [](const Event& event) {
+        return event.type >= EventType::PointerMove && event.type <= EventType::RightUp;
+    });
+    return last != events.rend() && last->type != EventType::PointerLeave;
+}
+
 }  // namespace
 
 std::unique_ptr<SdlWindow> SdlWindow::Open(const WindowSpec& spec) {
@@ -98,7 +106,8 @@ void SdlWindow::Watch(std::deque<Event>& events) {
         if (type == XCB_DESTROY_NOTIFY && exists_.exchange(false))
             events.push_back({.type = EventType::Destroyed});
     }
-    if (entered && exists_ && !captured_) AddPointer(events);
+    // After a press the buttons of now could be those after its release, which comes yet.
+    if (entered && exists_ && !captured_ && !TellWhereItIs(events)) AddPointer(events);
 }
 
 void SdlWindow::AddPointer(std::deque<Event>& events) {

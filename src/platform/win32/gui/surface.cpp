@@ -106,7 +106,12 @@ GraphicsResult LayeredSurface::Present(const Presentation& presentation) {
     const HDC screen = GetDC(nullptr);
     const BOOL shown = UpdateLayeredWindow(window_, screen, &corner, &size, frame, &source,
                                            presentation.colorKey.value_or(0), &blend, flags);
-    const GraphicsResult result = shown ? GraphicsOk : ResultOf(HRESULT_FROM_WIN32(GetLastError()));
+    GraphicsResult result = GraphicsOk;
+    if (!shown) {
+        const DWORD error = GetLastError();
+        // The system does not always say why.
+        result = error == 0 ? GraphicsFailed : ResultOf(HRESULT_FROM_WIN32(error));
+    }
     ReleaseDC(nullptr, screen);
     const RECT nothing{};
     interop_->ReleaseDC(&nothing);

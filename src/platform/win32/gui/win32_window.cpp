@@ -165,6 +165,14 @@ void Win32Window::OnCaptureChanged(LPARAM taker) {
     if (!captured_ || reinterpret_cast<HWND>(taker) == window_) return;
     captured_ = false;
     Post({.type = EventType::CaptureLost});
+    LookForPointer();
+}
+
+void Win32Window::LookForPointer() {
+    watching_ = false;
+    if (IsUnderPointer()) return WatchPointer();
+    // It has left while it was captured, which nobody tells.
+    Post({.type = EventType::PointerLeave});
 }
 
 void Win32Window::LimitTracking(MINMAXINFO& limits) const {
@@ -269,10 +277,7 @@ void Win32Window::SetCapture() {
 void Win32Window::ReleaseCapture() {
     if (!std::exchange(captured_, false)) return;
     ::ReleaseCapture();
-    watching_ = false;
-    if (IsUnderPointer()) return WatchPointer();
-    // It has left while it was captured, which nobody tells.
-    Post({.type = EventType::PointerLeave});
+    LookForPointer();
 }
 
 Point Win32Window::GetCursorPosition() const {

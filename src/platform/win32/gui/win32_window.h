@@ -61,6 +61,8 @@ private:
     void OnSize(WPARAM how, LPARAM size);
     void OnPointerLeft();
     void OnCaptureChanged(LPARAM taker);
+    /// After a capture: tells that the pointer is elsewhere, if it is.
+    void LookForPointer();
     void LimitTracking(MINMAXINFO& limits) const;
     /// Lets the system tell when the pointer leaves.
     void WatchPointer();

@@ -49,7 +49,13 @@ void Gui::DestroyWindow() {
 
 void Gui::SetLayered() {
     layered_ = true;
-    if (window_) window_->MakeLayered();
+    if (window_) {
+        window_->MakeLayered();
+        // A frame that was taken away has left a larger client area, whose event still waits.
+        const Size client = window_->GetClientSize();
+        width_ = client.width;
+        height_ = client.height;
+    }
     _RecreateDeviceResources();
 }
 
@@ -131,6 +137,11 @@ void Gui::LetGo(const Window* widget) {
 
 void Gui::DestroyLater(std::unique_ptr<Window> widget) {
     pendingDelete_.push_back(std::move(widget));
+}
+
+bool Gui::IsDoomed(const Window* widget) const {
+    return std::ranges::find(pendingDelete_, widget, &std::unique_ptr<Window>::get) !=
+           pendingDelete_.end();
 }
 
 void Gui::KeepOrphan(std::unique_ptr<Window> widget) {

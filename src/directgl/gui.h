@@ -175,6 +175,8 @@ public:
     void LetGo(const Window* widget);
     /// Destroys the widget at the end of the next update.
     void DestroyLater(std::unique_ptr<Window> widget);
+    /// Whether the widget was given to DestroyLater.
+    bool IsDoomed(const Window* widget) const;
     /// Keeps a widget that no parent holds until it finds one again, or until Clear.
     void KeepOrphan(std::unique_ptr<Window> widget);
     std::unique_ptr<Window> TakeOrphan(const Window* widget);

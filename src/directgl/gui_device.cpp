@@ -157,12 +157,12 @@ void Gui::UpdatePass() {
     const Guard guard(*this);
     _ForEachWidget([time](Window& widget) { widget.Update(time); });
     lastUpdateTime_ = time;
+    if (hoverStale_) RefreshHover();
     // A destructor may give up further widgets; those wait for the next pass.
     const auto doomed = std::exchange(pendingDelete_, {});
     // A callback may have given a widget the focus after it was deleted.
     for (const auto& widget : doomed)
         Forget(widget.get());
-    if (hoverStale_) RefreshHover();
 }
 
 void Gui::_CountFrame(double time) {

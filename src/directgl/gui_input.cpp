@@ -139,6 +139,7 @@ void Gui::_OnPointerMove(const Event& event) {
     // A release that never came here is known by the button that is no longer held.
     if ((event.buttons & Platform::HeldLeft) == 0) {
         pressTaken_ = false;
+        window_->ReleaseCapture();
         _CancelPress(pressedLeft_);
     }
     if ((event.buttons & Platform::HeldRight) == 0) _CancelPress(pressedRight_);

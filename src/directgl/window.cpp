@@ -72,7 +72,7 @@ std::unique_ptr<Window> Window::ReleaseChild(Window* child) {
 }
 
 void Window::AddChild(Window* child) {
-    if (!child || IsChild(child)) return;
+    if (!child || IsChild(child) || (gui && gui->IsDoomed(child))) return;
     for (const Window* ancestor = this; ancestor; ancestor = ancestor->parent)
         if (ancestor == child) return;
     std::unique_ptr<Window> owner;

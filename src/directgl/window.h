@@ -44,7 +44,7 @@ public:
         return made;
     }
     /// Takes the child from where it is, or owns it from now on if nothing did. Null, a present
-    /// child, this widget itself and its ancestors are ignored.
+    /// child, a deleted one, this widget itself and its ancestors are ignored.
     void AddChild(Window* child);
     /// Cuts the child off without destroying it: the Gui keeps it until it finds a parent again or
     /// until Gui::Clear; without a Gui the caller owns it. A stranger is left alone.

@@ -20,7 +20,10 @@ TEST_F(GuiTest, AnEmptyWindowIsDrawnOnceAndThenOnlyWhenAskedFor) {
 }
 
 TEST_F(GuiTest, ALayeredFrameStartsClearAndIsPresentedWithItsOpacityAndKey) {
+    Native().Resize(Width + 6, Height + 29);  // its frame was taken away
     gui.SetLayered();
+    EXPECT_EQ(gui.GetWidth(), Width + 6);
+    EXPECT_EQ(gui.GetHeight(), Height + 29);
     gui.EnableColorKey();
     gui.SetWindowOpacity(0.5F);
     EXPECT_EQ(Frame(), (Notes{"Clear #00000000"}));

@@ -79,6 +79,7 @@ TEST_F(InputTest, APressThatIsTakenAwayEndsWithoutAnUp) {
     Native().Push({.type = Platform::EventType::PointerMove, .point = {70, 10}});
     Pump();
     EXPECT_EQ(TakeNotes(), (Notes{"a cancelled"})) << "a move without the button";
+    EXPECT_FALSE(Native().captured);
 }
 
 TEST_F(InputTest, ThePointerIsSomewhereElseAfterAPressThatEndsOutside) {

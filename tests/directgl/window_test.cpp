@@ -111,6 +111,8 @@ TEST_F(WindowTest, DeletedWidgetsAreDestroyedByTheNextUpdate) {
     child->flag = &alive;
     alive = true;
     box->DeleteChildren();
+    box->AddChild(child);
+    EXPECT_TRUE(box->GetChildren().empty()) << "its end is settled";
     Frame();
     EXPECT_TRUE(alive);
     Tick();

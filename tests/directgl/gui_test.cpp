@@ -47,19 +47,6 @@ TEST_F(GuiTest, LayersAreDrawnInTheOrderOfTheirMakingAndHitInReverse) {
     EXPECT_EQ(gui.HitTest({30, 30}), below);
 }
 
-TEST_F(GuiTest, BrushesAreMadeOncePerColourAndAgainAfterALoss) {
-    Window* box = MakeBox(0, 0, 10, 10);
-    box->SetStyle({.fill = Red, .border = Blue, .gradientEnd = Green, .gradient = true});
-    gui.SetAlwaysRender();
-    for (int i = 0; i < 5; ++i)
-        Frame();
-    EXPECT_EQ(graphics.brushesMade, 2);
-    graphics.failFrames = 1;
-    Frame();
-    Frame();
-    EXPECT_EQ(graphics.brushesMade, 4);
-}
-
 TEST_F(GuiTest, FailedFramesRecoverAtOnceAndThenEveryHalfSecond) {
     struct Step {
         double wait;
@@ -223,16 +210,6 @@ TEST_F(GuiTest, ThreadsStartOnceAndPauseByTheirRates) {
         return 0.0;
     });
     EXPECT_EQ(clock.FineDepth(), 0);
-}
-
-TEST_F(GuiTest, FramesAreCountedOverAWholeSecond) {
-    gui.SetCountFrames();
-    gui.SetAlwaysRender();
-    for (int i = 0; i < 51; ++i) {
-        Frame();
-        clock.Advance(0.02);
-    }
-    EXPECT_EQ(gui.GetMeasuredFps(), 51.0);
 }
 
 TEST_F(GuiTest, ARefusedWindowFailsTheCreation) {

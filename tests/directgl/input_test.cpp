@@ -194,22 +194,6 @@ TEST_F(InputTest, TheWheelClimbsToTheNearestCallback) {
     EXPECT_EQ(seen.notches, 0);
 }
 
-TEST_F(InputTest, KeysGoToTheFocus) {
-    std::vector<int> codes;
-    const auto note = [&](Window* widget) {
-        codes.push_back(widget->GetKeyEvent().code);
-        return WidgetEventRet::Keep;
-    };
-    a->SetKeyDown(note);
-    a->SetKeyUp(note);
-    Native().Press('X');
-    Native().LeftDown(10, 10);
-    Native().Press(Platform::KeyHome);
-    Native().Type(L"\x17F");
-    Pump();
-    EXPECT_EQ(codes, (std::vector<int>{Platform::KeyHome, Platform::KeyHome, 0x17F}));
-}
-
 TEST_F(InputTest, OnlyAFrameConfinesItsChildren) {
     Window* plainChild = Place(a->Create<Window>(), 0, 60, 20, 20);
     FrameWindow* frame = layer->Create<FrameWindow>();
@@ -223,36 +207,6 @@ TEST_F(InputTest, OnlyAFrameConfinesItsChildren) {
     EXPECT_EQ(gui.HitTest({125, 35}), frame);
     EXPECT_EQ(gui.HitTest({170, 50}), frame) << "right and bottom edges count";
     EXPECT_EQ(gui.HitTest({171, 50}), nullptr);
-}
-
-TEST_F(InputTest, ADraggedWidgetFollowsThePointerWithinItsParent) {
-    Window* knob = Place(b->Create<Window>(), 5, 5, 10, 10);
-    knob->SetDraggable(true);
-    knob->SetDragStart(Note("start"));
-    knob->SetDrag(Note("drag"));
-    knob->SetDragEnd(Note("end"));
-    Native().LeftDown(67, 8);
-    Native().PointerMove(80, 30);
-    Native().LeftUp(80, 30);
-    Pump();
-    EXPECT_EQ(knob->GetPosition(), (Point{18, 27}));
-    EXPECT_EQ(TakeNotes(), (Notes{"start", "drag", "end"}));
-}
-
-TEST_F(InputTest, ANativeDragHandleMovesTheWindow) {
-    a->SetNativeDragHandle(true);
-    Native().PointerMove(10, 10);
-    Native().LeftDown(10, 10);
-    Pump();
-    Native().PointerMove(25, 4);
-    Pump();
-    EXPECT_EQ(Native().GetFrameRect(), (Rect{45, 34, 45 + Width, 34 + Height}));
-    Native().LeftUp(13, 10);
-    Pump();
-    EXPECT_EQ(Native().GetFrameRect().left, 48) << "the last move came with the release";
-    Native().PointerMove(30, 10);
-    Pump();
-    EXPECT_EQ(Native().GetFrameRect().left, 48);
 }
 
 TEST_F(InputTest, AWidgetMayBeDeletedFromItsOwnClick) {
@@ -282,17 +236,6 @@ TEST_F(InputTest, AFocusCallbackMayDeleteThePressedWidget) {
     Pump();
     Tick();
     EXPECT_EQ(TakeNotes(), (Notes{"a enter"}));
-}
-
-TEST_F(InputTest, TheCursorIsAHandOnlyWhileAsked) {
-    gui.SetHandCursor(true);
-    Native().PointerMove(10, 10);
-    Pump();
-    EXPECT_EQ(Native().cursor, Platform::CursorShape::Hand);
-    a->Remove();
-    Native().Wake();
-    Pump();
-    EXPECT_EQ(Native().cursor, Platform::CursorShape::Arrow);
 }
 
 }  // namespace

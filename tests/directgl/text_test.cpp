@@ -101,27 +101,6 @@ TEST_F(TextTest, AFailedFormatOrLayoutDrawsNothingAndIsTriedAgain) {
     EXPECT_EQ(text->GetMeasuredWidth(), 18);
 }
 
-TEST_F(TextTest, PrivateFamiliesAreThoseOfTheSameCharactersOnceBuilt) {
-    const std::byte file[4]{};
-    const auto isPrivate = [&](const std::wstring& family) {
-        Text text(&gui);
-        text.SetFont(family);
-        return graphics.text.formats.back().privateFamily;
-    };
-    gui.GetPrivateFonts().Build();
-    EXPECT_EQ(graphics.fonts.filesBuilt, 0);
-    EXPECT_TRUE(gui.GetPrivateFonts().Register(file, L"Inter"));
-    EXPECT_FALSE(isPrivate(L"Inter"));
-    gui.GetPrivateFonts().Build();
-    EXPECT_TRUE(isPrivate(L"Inter"));
-    EXPECT_FALSE(isPrivate(L"inter"));
-    graphics.fonts.unsupported = true;
-    EXPECT_FALSE(gui.GetPrivateFonts().Register(file, L"Sora"));
-    EXPECT_EQ(log.back(),
-              "DirectGL::Utilities::RegisterPrivateFont : RegisterPrivateFont: no "
-              "IDWriteFactory5; Sora not loaded");
-}
-
 TEST_F(TextTest, ThePointerSelects) {
     struct Case {
         HorizontalAlignment alignment;
@@ -196,29 +175,6 @@ TEST_F(TextTest, AFramedTextIsCutToItsBox) {
         framed->Remove();
     }
     EXPECT_EQ(MakeFramed(L"", 50)->GetLabel()->GetY(), 7) << "an empty text keeps its line";
-}
-
-TEST_F(TextTest, AFramedTextScrollsUnderThePointerAndSlidesBack) {
-    FramedText* framed = MakeFramed(L"abcdefghij", 30);
-    framed->SetScrollSpeed(10.0F);
-    Native().PointerMove(5, 5);
-    Pump();
-    Tick();
-    EXPECT_EQ(framed->GetLabel()->GetX(), -10);
-    Tick(10);
-    EXPECT_EQ(framed->GetLabel()->GetX(), -30) << "it stays at the end";
-    Native().PointerMove(100, 90);
-    Pump();
-    Tick();
-    EXPECT_EQ(framed->GetLabel()->GetX(), -21);
-    Tick(20);
-    EXPECT_EQ(framed->GetLabel()->GetX(), 0);
-    EXPECT_EQ(framed->GetLabel()->GetText(), framed->GetShownText());
-    framed->SetMarquee(false);
-    Native().PointerMove(5, 5);
-    Pump();
-    Tick(3);
-    EXPECT_EQ(framed->GetLabel()->GetX(), 0);
 }
 
 }  // namespace

@@ -10,12 +10,9 @@ namespace {
 
 class WidgetsTest : public GuiTest {
 protected:
-    /// An encoded image of one colour.
-    ImageHandle MakeImage(int width, int height, std::byte blue = std::byte{255}) {
+    ImageHandle MakeImage(int width, int height) {
         Platform::Image image{{width, height}, {}};
-        for (int i = 0; i < width * height; ++i)
-            image.pixels.insert(image.pixels.end(),
-                                {blue, std::byte{0}, std::byte{0}, std::byte{255}});
+        image.pixels.resize(image.Stride() * static_cast<std::size_t>(height), std::byte{255});
         return Utilities::MakeResourceHandle(graphics.codec.EncodePng(image));
     }
 
@@ -27,39 +24,18 @@ protected:
     }
 };
 
-TEST_F(WidgetsTest, AButtonShowsItsStatesAndClicksOnRelease) {
+TEST_F(WidgetsTest, AButtonClicksNeitherAfterALostCaptureNorWhenItIsDisabled) {
     Button* button = MakeButton();
-    const auto face = [&] { return Drawn("FillRectangle").substr(10, 9); };
-    EXPECT_EQ(face(), "#ff0000ff");
-    Native().PointerMove(5, 5);
-    Pump();
-    EXPECT_EQ(face(), "#00ff00ff");
-    EXPECT_EQ(Native().cursor, Platform::CursorShape::Hand);
-    Native().LeftDown(5, 5);
-    Pump();
-    EXPECT_EQ(face(), "#0000ffff");
-    EXPECT_EQ(TakeNotes(), Notes{});
-    Native().PointerMove(100, 90);
-    Native().LeftUp(100, 90);
-    Pump();
-    EXPECT_EQ(TakeNotes(), (Notes{"clicked"})) << "a release outside clicks, too";
-    EXPECT_EQ(face(), "#ff0000ff");
-    EXPECT_EQ(Native().cursor, Platform::CursorShape::Arrow);
     Native().LeftDown(5, 5);
     Native().StealCapture();
     Native().LeftUp(5, 5);
     Pump();
-    EXPECT_EQ(TakeNotes(), Notes{});
     EXPECT_EQ(button->GetState(), Button::State::Hover);
-}
-
-TEST_F(WidgetsTest, ADisabledButtonIsPaleAndDeaf) {
-    Button* button = MakeButton();
+    EXPECT_EQ(Native().cursor, Platform::CursorShape::Hand);
     button->SetEnabled(false);
     Native().Click(5, 5);
     Pump();
     EXPECT_EQ(TakeNotes(), Notes{});
-    EXPECT_EQ(Drawn("FillRectangle"), "0,0,40,20 #ff0000ff*0.4");
     EXPECT_EQ(Native().cursor, Platform::CursorShape::Arrow);
 }
 
@@ -119,43 +95,15 @@ TEST_F(WidgetsTest, AButtonsLabelLetsThePressThrough) {
     EXPECT_EQ(button->GetLabel(), nullptr);
 }
 
-TEST_F(WidgetsTest, AButtonsFaceMayBeAPillAGradientAndOutlined) {
-    Button* button = MakeButton();
-    button->SetPill(true);
-    button->SetOutline(true, 0, Blue);
-    EXPECT_EQ(Drawn("FillRoundedRectangle"), "0,0,40,20,10 #ff0000ff*1");
-    EXPECT_EQ(Drawn("DrawRoundedRectangle"), "0,0,40,20,10,1 #0000ffff*1");
-    button->SetCornerRadius(4);
-    button->SetGradient(Blue, Blue, Blue, true);
-    EXPECT_EQ(Drawn("FillRoundedRectangle"), "0,0,40,20,4 #ff0000ff>#0000ffff*1 0,0>40,0");
-}
-
 TEST_F(WidgetsTest, AButtonsImagesFallBackOnTheFirst) {
     Button* button = MakeButton();
     button->SetImages(MakeImage(4, 4), nullptr, MakeImage(4, 4), nullptr);
     button->SetEnabled(false);
     EXPECT_EQ(Drawn("DrawBitmap"), "0,0,40,20 *0.4");
     button->SetEnabled(true);
-    graphics.failFrames = 1;
-    Frame();
-    EXPECT_EQ(Drawn("DrawBitmap"), "0,0,40,20 *1") << "made anew after the loss";
     button->SetImages(Utilities::MakeResourceHandle({}), nullptr, nullptr, nullptr);
     EXPECT_EQ(Drawn("DrawBitmap"), "");
     EXPECT_NE(Drawn("FillRectangle"), "");
-}
-
-TEST_F(WidgetsTest, AButtonMayRemoveItsParentInItsClick) {
-    Window* panel = MakeBox(0, 0, 100, 50);
-    auto* button = Place(panel->Create<Button>(), 0, 0, 40, 20);
-    button->SetClicked([this](Window* widget) {
-        widget->GetParent()->Remove();
-        return WidgetEventRet::Done;
-    });
-    Native().Click(5, 5);
-    Pump();
-    Tick();
-    EXPECT_TRUE(layer->GetWidgets().empty());
-    EXPECT_EQ(Native().cursor, Platform::CursorShape::Arrow) << "no hand of a button that is gone";
 }
 
 TEST_F(WidgetsTest, TheFirstImageGivesAWidgetItsSize) {
@@ -168,35 +116,14 @@ TEST_F(WidgetsTest, TheFirstImageGivesAWidgetItsSize) {
     EXPECT_EQ(image->GetSize(), (Size{12, 8}));
     EXPECT_EQ(image->GetNaturalWidth(), 30.0F);
     EXPECT_EQ(Drawn("DrawBitmap"), "0,0,12,8 *1");
-    image->SetTint(Red);
-    EXPECT_EQ(Drawn("FillOpacityMask"), "0,0,12,8 #ff0000ff*1");
-    image->SetTint({});
-    image->SetTile(2.0F, 0.5F);
-    EXPECT_EQ(Drawn("TileBitmap"), "0,0,60,15 *1");
     const std::vector<std::byte> junk(100, std::byte{7});
     image->SetImageFromBuffer(junk.data(), junk.size());
-    EXPECT_EQ(Drawn("TileBitmap"), "");
+    EXPECT_EQ(Drawn("DrawBitmap"), "");
     image->SetImageFromBuffer(nullptr, 5);
-}
-
-TEST_F(WidgetsTest, AnImageWithoutATargetIsMadeLater) {
-    Native().FailTargets(2);
-    graphics.failFrames = 1;
-    Frame();
-    ASSERT_EQ(gui.GetTarget(), nullptr);
-    auto* image = layer->Create<Image>();
-    image->SetImageFromHandle(MakeImage(12, 8));
-    EXPECT_EQ(image->GetSize(), (Size{12, 8}));
-    clock.Advance(1.0);
-    Frame();
-    clock.Advance(1.0);
-    Frame();
-    EXPECT_EQ(Drawn("DrawBitmap"), "0,0,12,8 *1");
 }
 
 TEST_F(WidgetsTest, AToggleSlidesFromWhereItIs) {
     auto* toggle = Place(layer->Create<Toggle>(), 0, 0, 40, 20);
-    toggle->SetColors(Red, Blue, Green);
     toggle->SetChanged(Note("changed"));
     Native().Click(5, 5);
     Pump();
@@ -219,18 +146,13 @@ TEST_F(WidgetsTest, AToggleSlidesFromWhereItIs) {
     toggle->SetOn(true, false);
     EXPECT_EQ(toggle->GetKnob(), 1.0F);
     EXPECT_EQ(TakeNotes(), Notes{});
-    EXPECT_EQ(Drawn("FillRoundedRectangle"), "0,0,40,20,10 #0000ffff*1");
-    EXPECT_EQ(Drawn("FillEllipse"), "30,10,8,8 #00ff00ff*1");
-    toggle->SetImages(MakeImage(4, 4), MakeImage(4, 4), MakeImage(4, 4));
-    EXPECT_EQ(Drawn("FillRoundedRectangle"), "");
     Native().LeftDown(5, 5);
     Native().LeftUp(150, 90);
     Pump();
     EXPECT_TRUE(toggle->IsOn()) << "a release outside does not flip it";
 }
 
-TEST_F(WidgetsTest, AModalTakesWhatIsMeantForTheThingsBehind) {
-    Button* behind = MakeButton();
+TEST_F(WidgetsTest, AModalTellsOfClicksBesideItsPanelWhileItMayClose) {
     auto* modal = Place(layer->Create<Modal>(), 0, 0, Width, Height);
     auto* panel = Place(modal->Create<Window>(), 100, 50, 50, 50);
     modal->SetBackdropClicked(Note("backdrop"));
@@ -238,17 +160,11 @@ TEST_F(WidgetsTest, AModalTakesWhatIsMeantForTheThingsBehind) {
     Native().Click(120, 60);
     Pump();
     EXPECT_EQ(TakeNotes(), (Notes{"backdrop"}));
-    EXPECT_EQ(behind->GetState(), Button::State::Normal);
-    EXPECT_EQ(panel->IsFocused(), true);
+    EXPECT_TRUE(panel->IsFocused());
     modal->SetCloseOnBackdrop(false);
     Native().Click(5, 5);
     Pump();
     EXPECT_EQ(TakeNotes(), Notes{});
-    modal->SetDimColor({0.0F, 0.0F, 0.0F, 0.5F});
-    behind->Hide();
-    EXPECT_EQ(Drawn("FillRectangle"), "0,0,200,100 #00000080*0.5");
-    modal->SetBackdrop(MakeImage(2, 2));
-    EXPECT_EQ(Drawn("DrawBitmap"), "0,0,200,100 *1");
 }
 
 TEST_F(WidgetsTest, AModalMayOpenFromATimer) {
@@ -290,23 +206,6 @@ TEST_F(ScrollbarTest, ArrowsStepAndTheThumbFollows) {
     Native().Click(10, 5);
     Pump();
     EXPECT_EQ(values, (std::vector<float>{0.75F, 1.0F, 0.25F}));
-}
-
-TEST_F(ScrollbarTest, TheThumbIsDraggedWithinTheTrack) {
-    Native().LeftDown(10, 30);
-    Native().PointerMove(10, 42);
-    Pump();
-    EXPECT_EQ(bar->GetValue(), 0.5F);
-    Native().PointerMove(10, 500);
-    Native().LeftUp(10, 500);
-    Native().PointerMove(10, 30);
-    Pump();
-    EXPECT_EQ(bar->GetValue(), 1.0F);
-    Native().LeftDown(10, 60);
-    Native().StealCapture();
-    Native().PointerMove(10, 30);
-    Pump();
-    EXPECT_EQ(bar->GetValue(), 1.0F) << "the drag ended with the capture";
 }
 
 TEST_F(ScrollbarTest, TheThumbsLengthIsItsShareButNeverTooShort) {

@@ -1,22 +1,9 @@
-#include "directgl/frame_window.h"
 #include "gui_fixture.h"
 
 namespace DirectGL {
 namespace {
 
 using WindowTest = GuiTest;
-
-TEST_F(WindowTest, ACallbackThatIsDoneLeavesItsSlot) {
-    Window* box = MakeBox(0, 0, 10, 10);
-    int runs = 0;
-    box->SetMoved([&](Window*) {
-        ++runs;
-        return WidgetEventRet::Done;
-    });
-    box->SetPosition(1, 1);
-    box->SetPosition(2, 2);
-    EXPECT_EQ(runs, 1);
-}
 
 TEST_F(WindowTest, ACallbackMayRefillItsSlotOrResetItsWidget) {
     Window* box = MakeBox(0, 0, 10, 10);
@@ -200,17 +187,6 @@ TEST_F(WindowTest, TimersAreDueAfterTheirIntervalAndMayChangeTheList) {
     EXPECT_EQ(TakeNotes(), Notes{});
 }
 
-TEST_F(WindowTest, APulseIsATriangleOnTheClock) {
-    Window* box = MakeBox(0, 0, 10, 10);
-    box->SetPulse(0.2F, 1.0F, 2000.0F);
-    const double start = 2'000'000.0;
-    for (const auto& [offset, opacity] :
-         {std::pair{0.0, 0.2F}, {0.5, 0.6F}, {1.0, 1.0F}, {1.75, 0.4F}}) {
-        box->Update(start + offset);
-        EXPECT_NEAR(box->GetOpacity(), opacity, 1e-4) << offset;
-    }
-}
-
 TEST_F(WindowTest, ChildrenAddedDuringAPassWaitForTheNext) {
     Window* box = MakeBox(0, 0, 10, 10);
     Window* child = box->Create<Window>();
@@ -229,62 +205,6 @@ TEST_F(WindowTest, ChildrenAddedDuringAPassWaitForTheNext) {
     });
     Tick();
     EXPECT_TRUE(box->GetChildren().empty());
-}
-
-TEST_F(WindowTest, BackgroundsFollowTheStyle) {
-    Window* box = MakeBox(10, 20, 30, 40);
-    box->SetOpacity(0.5F);
-    const ColorRGBA faint{1.0F, 0.0F, 0.0F, 0.5F};
-    struct Case {
-        WindowStyle style;
-        int radius;
-        Notes drawn;
-    };
-    const std::vector<Case> cases{
-        {{.fill = Red, .border = Red, .gradientEnd = {}},
-         0,
-         {"FillRectangle 10,20,40,60 #ff0000ff*0.5"}},
-        {{.fill = faint, .border = {}, .gradientEnd = {}},
-         4,
-         {"FillRoundedRectangle 10,20,40,60,4 #ff000080*0.25"}},
-        {{.fill = Red, .border = Blue, .gradientEnd = {}, .borderWidth = 0.0F},
-         0,
-         {"FillRectangle 10,20,40,60 #ff0000ff*0.5", "DrawRectangle 10,20,40,60,1 #0000ffff*0.5"}},
-        {{.fill = Red, .border = Blue, .gradientEnd = Green, .gradient = true, .borderWidth = 2.0F},
-         6,
-         {"FillRoundedRectangle 10,20,40,60,6 #ff0000ff>#00ff00ff*0.5 10,20>10,60",
-          "DrawRoundedRectangle 10,20,40,60,6,2 #0000ffff*0.5"}},
-        {{.fill = Red, .border = {}, .gradientEnd = Green, .gradient = true, .horizontal = true},
-         0,
-         {"FillRectangle 10,20,40,60 #ff0000ff>#00ff00ff*0.5 10,20>40,20"}},
-    };
-    for (const Case& test : cases) {
-        box->SetStyle(test.style);
-        box->SetCornerRadius(test.radius);
-        Notes drawn = Frame();
-        drawn.erase(drawn.begin());
-        EXPECT_EQ(drawn, test.drawn);
-    }
-    graphics.failFrames = 1;
-    Frame();
-    graphics.failObjects = 100;
-    Notes drawn = Frame();
-    EXPECT_EQ(drawn.size(), 1U) << "without a brush the widget stays blank";
-    graphics.failObjects = 0;
-}
-
-TEST_F(WindowTest, AFrameClipsItsChildrenToItsPartOfTheParents) {
-    FrameWindow* outer = Place(layer->Create<FrameWindow>(), 10, 10, 50, 50);
-    FrameWindow* inner = Place(outer->Create<FrameWindow>(), 20, 20, 100, 10);
-    inner->SetCornerRadius(5);
-    Place(inner->Create<Window>(), -10, -10, 500, 500)->SetColor(Red);
-    const Notes expected{"Clear #000000ff",
-                         "PushClip 10,10,60,60",
-                         "PushRoundedClip 30,30,60,40,5",
-                         "FillRectangle 20,20,520,520 #ff0000ff*1",
-                         "PopClip",
-                         "PopClip"};
-    EXPECT_EQ(Frame(), expected);
 }
 
 TEST_F(WindowTest, ResetBringsAWidgetBackToItsBirth) {

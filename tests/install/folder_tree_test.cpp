@@ -55,14 +55,6 @@ TEST_F(FolderTree, CountsAndMeasures) {
     EXPECT_EQ(CountFiles(root + L"\\missing", 1), 0);
 }
 
-TEST_F(FolderTree, GoesWholeWhateverItsAttributes) {
-    int told = 0;
-    EXPECT_TRUE(RemoveInstallFolder(root + L"\\", [&told] { ++told; }));
-    EXPECT_EQ(told, 4);
-    EXPECT_FALSE(Platform::PathExists(root));
-    EXPECT_TRUE(RemoveInstallFolder(root, nullptr)) << "a folder that has gone already";
-}
-
 TEST_F(FolderTree, LinksAreNeitherFollowedNorCounted) {
     const std::wstring outside = Platform::GetTempFolder() + L"outside the tree";
     ASSERT_TRUE(CreateFolderPath(outside + L"\\kept"));
@@ -102,16 +94,6 @@ TEST_F(FolderTree, LinksAreNeitherFollowedNorCounted) {
     EXPECT_TRUE(Platform::PathExists(outside + L"\\kept"));
     EXPECT_EQ(CountFiles(outside, 10), 1);
     EXPECT_TRUE(RemoveInstallFolder(outside, nullptr));
-}
-
-TEST_F(FolderTree, ALockedFileStaysAndAllTheRestGoes) {
-    Platform::File held;
-    ASSERT_EQ(held.Open(root + L"\\a\\два.dat", {.sharing = Platform::ShareRead}), Error::None);
-    EXPECT_FALSE(RemoveInstallFolder(root, nullptr));
-    EXPECT_EQ(CountFiles(root, 10), 1);
-    EXPECT_FALSE(Platform::PathExists(root + L"\\b"));
-    held.Close();
-    EXPECT_TRUE(RemoveInstallFolder(root, nullptr));
 }
 
 TEST_F(FolderTree, AnUnsafeFolderIsNotTouchedHoweverItIsWritten) {

@@ -5,29 +5,15 @@
 
 #include "platform/files.h"
 #include "platform/resources.h"
-#include "platform/system_facts.h"
 #include "support/helper_process.h"
 #include "support/test_files.h"
 
 namespace Launcher {
 namespace {
 
-using Platform::Architecture;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace TestSupport;
-
-TEST(GameClient, NamesInTheirOrder) {
-    for (const Architecture architecture : {Architecture::X64, Architecture::Arm64}) {
-        EXPECT_THAT(
-            ClientFileNames(architecture),
-            ElementsAre(L".Tolvan Online_x64.exe", L".Tolvan Online_x86.exe", L".Tolvan Online.exe",
-                        L"Tolvan Online_x64.exe", L"Tolvan Online_x86.exe", L"Tolvan Online.exe"));
-    }
-    EXPECT_THAT(ClientFileNames(Architecture::X86),
-                ElementsAre(L".Tolvan Online_x86.exe", L".Tolvan Online.exe",
-                            L"Tolvan Online_x86.exe", L"Tolvan Online.exe"));
-}
 
 /// A file of this platform's kind of executable that carries the launcher's marker.
 void WriteLauncher(const std::wstring& path) {

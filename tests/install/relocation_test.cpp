@@ -43,24 +43,6 @@ TEST(RelocateTarget, EndsInTheGamesNameOnce) {
     EXPECT_EQ(ResolveRelocateTarget(L"", true), L"");
 }
 
-TEST(Relocation, AMoveTakesRecordsAndLinksAlong) {
-    const std::wstring root = MakeTestFolder();
-    const std::wstring game = MakeGame(root + L"\\old");
-    ASSERT_TRUE(WriteUninstallEntry(game, 1, nullptr));
-    MoveResult result;
-    ASSERT_TRUE(MoveInstallation(game, root + L"\\new", {}, result));
-    EXPECT_EQ(GetInstallLocation(), root + L"\\new");
-    EXPECT_EQ(GetLastInstallPath(), root + L"\\new");
-    for (const std::wstring& link :
-         {DesktopShortcutPath(), StartMenuFolder() + L"\\Tolvan Online.lnk"}) {
-        EXPECT_EQ(TargetOf(link), root + L"\\new\\Tolvan Online.exe");
-    }
-    ASSERT_TRUE(CreateFolderPath(root + L"\\full\\of something"));
-    EXPECT_FALSE(MoveInstallation(root + L"\\new", root + L"\\full", {}, result));
-    EXPECT_EQ(GetInstallLocation(), root + L"\\new");
-    EXPECT_EQ(GetLastInstallPath(), root + L"\\new");
-}
-
 TEST(Relocation, RecordsPointAtTheCopyBeforeTheOldFolderGoes) {
     const std::wstring root = MakeTestFolder();
     const std::wstring game = MakeGame(root + L"\\old");
@@ -96,32 +78,6 @@ TEST(Relocation, RecordsFollowAMoveThatWasCutShortBehindItsRename) {
     RecoverInterruptedMove();
     EXPECT_EQ(GetInstallLocation(), root + L"\\new");
     EXPECT_EQ(TargetOf(DesktopShortcutPath()), root + L"\\new\\Tolvan Online.exe");
-}
-
-TEST(Relink, PointsTheEntryAtTheFolderAndDeletesOnlyOtherGames) {
-    const std::wstring root = MakeTestFolder();
-    const std::wstring chosen = MakeGame(root + L"\\chosen");
-    const std::wstring other = MakeGame(root + L"\\other");
-    const std::wstring inside = MakeGame(chosen + L"\\inside");
-    const std::wstring own = FolderOf(Platform::OwnPath());
-    WriteText(root + L"\\.Tolvan Online.exe", "a client around the chosen one");
-    ASSERT_TRUE(CreateFolderPath(root + L"\\Data"));
-    const std::wstring noClient = root + L"\\no client";
-    ASSERT_TRUE(CreateFolderPath(noClient + L"\\Data"));
-    const std::wstring noData = root + L"\\no data";
-    ASSERT_TRUE(CreateFolderPath(noData));
-    WriteText(noData + L"\\.Tolvan Online.exe", "a client");
-
-    const std::vector<std::wstring> others{root,   chosen, chosen + L"\\.", inside, noClient,
-                                           noData, own,    L"C:\\",         L"",    other};
-    EXPECT_EQ(RelinkInstallation(chosen + L"/", false, others), 0U);
-    EXPECT_EQ(GetInstallLocation(), chosen);
-    EXPECT_TRUE(Platform::PathExists(other));
-    EXPECT_EQ(RelinkInstallation(chosen, true, others), 1U);
-    EXPECT_FALSE(Platform::PathExists(other));
-    for (const std::wstring& kept : {root, chosen, inside, noClient, noData, own})
-        EXPECT_TRUE(Platform::PathExists(kept)) << kept;
-    EXPECT_EQ(ReadText(inside + L"\\Data\\file"), "data");
 }
 
 class CopySearchTest : public testing::Test {

@@ -1,12 +1,9 @@
 #include "install/settings_store.h"
 
-#include <array>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "common/deployment.h"
-#include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 
@@ -160,13 +157,6 @@ TEST_F(SettingsStoreTest, WrongTypes) {
     }
 }
 
-TEST_F(SettingsStoreTest, TextsOfAnyScriptComeBack) {
-    for (const wchar_t* text : {L"C:\\Spiele\\Größe", L"D:\\游戏\\トルバン", L"E:\\\U0001F600"}) {
-        g_launcherKey.WriteString(L"LastInstallPath", text);
-        EXPECT_EQ(GetLastInstallPath(), text);
-    }
-}
-
 class UninstallEntryTest : public SettingsStoreTest {
 protected:
     static std::wstring Text(const wchar_t* name) { return g_uninstallKey.ReadString(name, L"?"); }
@@ -174,27 +164,6 @@ protected:
         return g_uninstallKey.ReadDword(name, 4711);
     }
 };
-
-TEST_F(UninstallEntryTest, TellsTheSystemAllItAsksFor) {
-    ASSERT_TRUE(WriteUninstallEntry(Folder, 5'000'000'000, report_));
-    const std::wstring launcher = std::wstring(Folder) + L"\\Tolvan Online.exe";
-    EXPECT_EQ(Text(L"DisplayName"), L"Tolvan Online");
-    EXPECT_EQ(Text(L"Publisher"), L"Tolvan");
-    EXPECT_EQ(Text(L"InstallLocation"), Folder);
-    EXPECT_EQ(Text(L"DisplayIcon"), launcher);
-    EXPECT_EQ(Text(L"UninstallString"), L"\"" + launcher + L"\" --uninstall");
-    EXPECT_EQ(Text(L"HelpLink"), Deployment::HelpLink());
-    EXPECT_EQ(Number(L"EstimatedSize"), 4882812U);
-    EXPECT_EQ(Number(L"NoModify"), 1U);
-    EXPECT_EQ(Number(L"NoRepair"), 1U);
-    const Platform::LocalDate today = Platform::GetLocalDate();
-    EXPECT_EQ(std::stoi(GetInstallDate()), today.year * 10000 + today.month * 100 + today.day);
-    EXPECT_EQ(GetInstallDate().size(), 8U);
-    EXPECT_EQ(GetInstalledBytes(), std::uint64_t{4882812} * 1024);
-    EXPECT_EQ(GetLastInstallPath(), Folder);
-    EXPECT_TRUE(Platform::PathExists(launcher));
-    EXPECT_THAT(steps_, ElementsAre(Step::DeliverLauncher, Step::RegisterUninstall));
-}
 
 TEST_F(UninstallEntryTest, SizeLosesWhatIsAboveFourTebibytes) {
     constexpr std::uint64_t Kibibyte = 1024;

@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "install/game_folder.h"
@@ -15,24 +14,6 @@ namespace {
 
 using namespace TestSupport;
 
-TEST(UninstallStages, KeptSettingsLeaveTheirWeightToTheFiles) {
-    const auto kindsAndWeights = [](bool keep) {
-        std::vector<std::pair<StageKind, double>> rows;
-        for (const Stage& stage : UninstallStages(keep))
-            rows.emplace_back(stage.kind, stage.weight);
-        return rows;
-    };
-    using testing::ElementsAre;
-    using testing::Pair;
-    EXPECT_THAT(
-        kindsAndWeights(false),
-        ElementsAre(Pair(StageKind::RemoveSettings, 6.0), Pair(StageKind::RemoveShortcuts, 6.0),
-                    Pair(StageKind::RemoveEntry, 8.0), Pair(StageKind::RemoveFiles, 80.0)));
-    EXPECT_THAT(kindsAndWeights(true),
-                ElementsAre(Pair(StageKind::RemoveShortcuts, 6.0),
-                            Pair(StageKind::RemoveEntry, 8.0), Pair(StageKind::RemoveFiles, 86.0)));
-}
-
 class Uninstall : public testing::Test {
 protected:
     Uninstall() {
@@ -42,15 +23,14 @@ protected:
             WriteText(game_ + name, "content");
         }
         WriteText(game_ + L" beside", "a neighbour");
-        EXPECT_TRUE(WriteGameDefaults(3, nullptr));
         EXPECT_TRUE(WriteUninstallEntry(game_, 1000, nullptr));
         EXPECT_TRUE(CreateDesktopShortcut(game_, nullptr));
         EXPECT_TRUE(CreateStartMenuEntry(game_, nullptr));
     }
 
-    InstallProgress Run(const std::wstring& folder, bool keepSettings) {
+    static InstallProgress Run(const std::wstring& folder) {
         InstallEngine engine;
-        engine.ConfigureUninstall(folder, keepSettings);
+        engine.ConfigureUninstall(folder, false);
         engine.StartUninstall();
         engine.CancelInstall();  // it only cuts the time short for which each stage is shown
         EXPECT_TRUE(WaitUntil([&] { return !engine.GetProgress().running; }));
@@ -67,28 +47,8 @@ protected:
     const std::wstring game_ = MakeTestFolder() + L"\\Tolvan Online";
 };
 
-TEST_F(Uninstall, LeavesNothing) {
-    const InstallProgress end = Run(game_, false);
-    EXPECT_TRUE(end.done && !end.failed && !end.cancelled);
-    EXPECT_EQ(end.fraction, 1.0F);
-    EXPECT_EQ(end.stageIndex, 4U);
-    EXPECT_EQ(end.filesDone, 4U);
-    EXPECT_FALSE(Platform::PathExists(game_));
-    ExpectRecordsGone();
-    EXPECT_EQ(GetLanguage(), -1);
-    EXPECT_EQ(GetLastInstallPath(), L"");
-}
-
-TEST_F(Uninstall, KeepsTheSettingsAndNothingElse) {
-    EXPECT_TRUE(Run(game_, true).done);
-    EXPECT_FALSE(Platform::PathExists(game_));
-    ExpectRecordsGone();
-    EXPECT_EQ(GetLanguage(), 3);
-    EXPECT_EQ(GetLastInstallPath(), game_);
-}
-
 TEST_F(Uninstall, AFolderThatHasGoneIsRemoved) {
-    EXPECT_TRUE(Run(game_ + L" gone", false).done);
+    EXPECT_TRUE(Run(game_ + L" gone").done);
     ExpectRecordsGone();
     EXPECT_TRUE(Platform::PathExists(game_ + L"\\Data\\a.dat"));
 }
@@ -97,7 +57,7 @@ TEST_F(Uninstall, AFileInTheWayFailsTheFilesAndTheRestGoes) {
     Platform::File held;
     ASSERT_EQ(held.Open(game_ + L"\\Data\\a.dat", {.sharing = Platform::ShareRead}),
               Platform::Error::None);
-    const InstallProgress end = Run(game_, false);
+    const InstallProgress end = Run(game_);
     EXPECT_TRUE(end.failed && !end.done && !end.running);
     EXPECT_EQ(end.error, L"The install folder could not be removed: " + game_);
     EXPECT_EQ(end.title, L"Failed: " + UninstallStages(true).back().title);
@@ -109,7 +69,7 @@ TEST_F(Uninstall, AFileInTheWayFailsTheFilesAndTheRestGoes) {
 TEST_F(Uninstall, AFolderThatMustStayStaysWhole) {
     const std::wstring profile = Platform::GetShellFolder(Platform::ShellFolder::Profile);
     WriteText(profile + L"\\of the player.txt", "kept");
-    EXPECT_EQ(Run(profile, false).error, L"The install folder could not be removed: " + profile);
+    EXPECT_EQ(Run(profile).error, L"The install folder could not be removed: " + profile);
     EXPECT_EQ(ReadText(profile + L"\\of the player.txt"), "kept");
 }
 

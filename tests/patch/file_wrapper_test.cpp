@@ -32,25 +32,5 @@ TEST(FileWrapper, IsRecognisedOnlyWhenMagicAndSizesFit) {
     }
 }
 
-TEST(FileWrapper, LiesInTheFileAsDocumented) {
-    WrapperHeader header = MakeWrapperHeader(0x0807060504030201);
-    for (std::size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(static_cast<char>(header[i]), "TPK1"[i]);
-        EXPECT_EQ(header[4 + i], std::byte{0});
-    }
-    for (std::size_t i = 0; i < 8; ++i)
-        EXPECT_EQ(header[8 + i], static_cast<std::byte>(i + 1));
-
-    header[5] = std::byte{0x77};
-    EXPECT_TRUE(WrappedPayloadSize(header, 0x0807060504030201 + 20)) << "these bytes are not read";
-    header[3] = std::byte{'2'};
-    EXPECT_FALSE(WrappedPayloadSize(header, 0x0807060504030201 + 20));
-
-    const WrapperTrailer trailer = MakeWrapperTrailer(0xCBF43926);
-    EXPECT_EQ(trailer.front(), std::byte{0x26});
-    EXPECT_EQ(trailer.back(), std::byte{0xCB});
-    EXPECT_EQ(StoredCrc(trailer), 0xCBF43926U);
-}
-
 }  // namespace
 }  // namespace Launcher

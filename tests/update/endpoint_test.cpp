@@ -41,11 +41,6 @@ TEST(Endpoint, TheClientsAnswerHoldsCrcAndSize) {
     }
 }
 
-TEST(Endpoint, NamesAreEscaped) {
-    EXPECT_EQ(EndpointUrl(L"https://patch.example/", L"launcher/Tolvan Online.exe"),
-              L"https://patch.example/scripts/updater.php?f=launcher/Tolvan%20Online.exe");
-}
-
 TEST(ClientArchitecture, FollowsTheMachineUnlessThePlayerAsksForThe32BitOne) {
     using Platform::Architecture;
     EXPECT_TRUE(Wants64BitClient(Architecture::X64, 0));

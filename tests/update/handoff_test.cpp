@@ -6,7 +6,6 @@
 #include "install/path_rules.h"
 #include "install/settings_store.h"
 #include "platform/files.h"
-#include "platform/late_removal.h"
 #include "platform/paths.h"
 #include "platform/processes.h"
 #include "platform/text.h"
@@ -72,11 +71,6 @@ TEST(Handoff, AWorkingFolderThatCannotBeEmptiedIsNotUsed) {
     held.Close();
     ASSERT_EQ(Platform::RemoveFile(folder + L"\\held"), Error::None);
     ASSERT_EQ(Platform::RemoveEmptyFolder(folder), Error::None);
-    // Nor is a file of that name.
-    WriteText(folder, "");
-    EXPECT_FALSE(SpawnHandoff(request, error));
-    EXPECT_EQ(error, L"could not create a working directory");
-    ASSERT_EQ(Platform::RemoveFile(folder), Error::None);
 }
 
 TEST(Handoff, LeftoversGoUnlessAProcessRunsFromThem) {
@@ -139,12 +133,6 @@ TEST(Handoff, ARemovalThatWasCutOffIsFinishedUnlessTheFolderIsRegistered) {
     PurgeOldWorkingFolders();
     EXPECT_TRUE(Platform::PathExists(FolderOf(game)));
     EXPECT_FALSE(Platform::PathExists(working));
-}
-
-TEST(Handoff, ThisProgramIsNoCopyAndDoesNotRemoveItself) {
-    EXPECT_FALSE(IsHandoffCopy());
-    ScheduleSelfRemoval();
-    EXPECT_TRUE(Platform::PathExists(FolderOf(Platform::OwnPath())));
 }
 
 }  // namespace

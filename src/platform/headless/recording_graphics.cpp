@@ -31,7 +31,6 @@ std::optional<Size> RecordingCodec::ReadSize(std::span<const std::byte> encoded)
 }
 
 std::optional<Image> RecordingCodec::Decode(std::span<const std::byte> encoded) {
-    ++decodes;
     const std::optional<Size> size = ReadSize(encoded);
     if (!size) return std::nullopt;
     Image image{*size, {}};

@@ -15,8 +15,6 @@ public:
     std::optional<Image> Decode(std::span<const std::byte> encoded) override;
     std::optional<Image> Scale(const Image& image, Size size) override;
     std::vector<std::byte> EncodePng(const Image& image) override;
-
-    int decodes = 0;
 };
 
 /// Makes recording targets and keeps the books over them: what was drawn, what still lives, and
@@ -37,12 +35,10 @@ public:
     /// "FillRectangle 0,0,20,10 #ff0000ff*0.5".
     std::vector<std::string> calls;
     int framesBegun = 0;
-    int framesPresented = 0;
     Presentation lastPresentation;
     /// Targets, brushes, bitmaps and arcs that exist.
     int liveTargets = 0;
     int liveObjects = 0;
-    int brushesMade = 0;
     /// A device object outlived its target, a clip was not popped, or the like.
     std::vector<std::string> violations;
 

@@ -66,10 +66,7 @@ GraphicsResult RecordingTarget::EndFrame(const Presentation* presentation) {
         return GraphicsTargetLost;
     }
     books_.calls = calls_;
-    if (presentation) {
-        ++books_.framesPresented;
-        books_.lastPresentation = *presentation;
-    }
+    if (presentation) books_.lastPresentation = *presentation;
     if (books_.recording) shown_ = frame_;
     return GraphicsOk;
 }
@@ -341,13 +338,11 @@ bool RecordingTarget::FailObject() {
 
 Created<Brush> RecordingTarget::CreateSolidBrush(Color color) {
     if (FailObject()) return GraphicsFailed;
-    ++books_.brushesMade;
     return std::make_unique<SolidRecordingBrush>(books_, color);
 }
 
 Created<GradientBrush> RecordingTarget::CreateGradientBrush(Color start, Color end) {
     if (FailObject()) return GraphicsFailed;
-    ++books_.brushesMade;
     return std::make_unique<GradientRecordingBrush>(books_, start, end);
 }
 

@@ -7,7 +7,6 @@ namespace Platform {
 
 Created<TextFormat> RecordingTextEngine::CreateTextFormat(const TextFormatSpec& spec) {
     if (failFormats) return GraphicsFailed;
-    formats.push_back(spec);
     return std::make_unique<RecordingTextFormat>(spec);
 }
 
@@ -109,17 +108,6 @@ std::size_t RecordingTextLayout::HitTest(PointF point) const {
         }
     }
     return nearest;
-}
-
-GraphicsResult RecordingFonts::AddFile(std::span<const std::byte>) {
-    if (unsupported) return GraphicsNotSupported;
-    ++filesAdded;
-    return GraphicsOk;
-}
-
-GraphicsResult RecordingFonts::BuildCollection() {
-    filesBuilt = filesAdded;
-    return GraphicsOk;
 }
 
 }  // namespace Platform

@@ -3,6 +3,7 @@
 // kind of target runs, 1 second unless set.
 
 #include <cstdlib>
+#include <functional>
 #include <random>
 #include <thread>
 
@@ -32,6 +33,10 @@ class Dice {
 public:
     explicit Dice(unsigned seed) : engine_(seed) {}
     int operator()(int below) { return static_cast<int>(engine_() % static_cast<unsigned>(below)); }
+    template <class T, std::size_t Count>
+    const T& PickFrom(const T (&choices)[Count]) {
+        return choices[engine_() % Count];
+    }
 
 private:
     std::minstd_rand engine_;
@@ -55,38 +60,23 @@ public:
         if (children.size() < MostWidgets) Dress(Add());
         Window* picked =
             children[static_cast<std::size_t>(dice_(static_cast<int>(children.size())))].get();
-        switch (dice_(10)) {
-            case 0:
-                picked->Remove();
-                break;
-            case 1:
+        const std::function<void()> acts[] = {
+            [&] { picked->Remove(); },
+            [&] {
                 picked->MoveTo({dice_(Width), dice_(Height)}, 0.1);
-                break;
-            case 2:
+            },
+            [&] {
                 picked->ResizeTo({10 + dice_(90), 10 + dice_(40)}, 0.1);
-                break;
-            case 3:
-                picked->FadeTo(0.2F, 0.05, FadeBack());
-                break;
-            case 4:
-                picked->IsVisible() ? picked->Hide() : picked->Show();
-                break;
-            case 5:
-                picked->BringToFront();
-                break;
-            case 6:
-                picked->Focus();
-                break;
-            case 7:
-                SpeakThrough(picked);
-                break;
-            case 8:
-                MoveAway(picked);
-                break;
-            default:
-                LoseDevice();
-                break;
-        }
+            },
+            [&] { picked->FadeTo(0.2F, 0.05, FadeBack()); },
+            [&] { picked->IsVisible() ? picked->Hide() : picked->Show(); },
+            [&] { picked->BringToFront(); },
+            [&] { picked->Focus(); },
+            [&] { SpeakThrough(picked); },
+            [&] { MoveAway(picked); },
+            [&] { LoseDevice(); },
+        };
+        dice_.PickFrom(acts)();
     }
 
 private:
@@ -98,24 +88,17 @@ private:
     }
 
     Window* Add() {
-        switch (dice_(8)) {
-            case 0:
-                return root_->Create<Text>();
-            case 1:
-                return AddButton();
-            case 2:
-                return AddImage();
-            case 3:
-                return root_->Create<Toggle>();
-            case 4:
-                return root_->Create<Input>();
-            case 5:
-                return root_->Create<Modal>();
-            case 6:
-                return root_->Create<FramedText>();
-            default:
-                return root_->Create<Scrollbar>();
-        }
+        const std::function<Window*()> kinds[] = {
+            [&] { return root_->Create<Text>(); },
+            [&] { return AddButton(); },
+            [&] { return AddImage(); },
+            [&] { return root_->Create<Toggle>(); },
+            [&] { return root_->Create<Input>(); },
+            [&] { return root_->Create<Modal>(); },
+            [&] { return root_->Create<FramedText>(); },
+            [&] { return root_->Create<Scrollbar>(); },
+        };
+        return dice_.PickFrom(kinds)();
     }
 
     Window* AddButton() {
@@ -184,50 +167,23 @@ void Annoy(Gui& gui, Platform::HeadlessWindow& window, Dice& dice) {
     using Platform::EventType;
     const int x = dice(Width);
     const int y = dice(Height);
-    switch (dice(14)) {
-        case 0:
-            window.LeftDown(x, y);
-            break;
-        case 1:
-            window.LeftUp(x, y);
-            break;
-        case 2:
-            window.RightDown(x, y);
-            break;
-        case 3:
-            window.RightUp(x, y);
-            break;
-        case 4:
-            window.PointerLeave();
-            break;
-        case 5:
-            window.Turn(x, y, 120 - 240 * dice(2));
-            break;
-        case 6:
-            window.Type(L"typed ");
-            break;
-        case 7:
-            window.Press('A' + dice(26), static_cast<std::uint8_t>(dice(8)));
-            break;
-        case 8:
-            window.Push({.type = EventType::CaptureLost});
-            break;
-        case 9:
-            window.Resize(Width - dice(20), Height - dice(20));
-            break;
-        case 10:
-            window.SetMinimizedSilently(dice(4) == 0);
-            break;
-        case 11:
-            window.Push({.type = EventType::Minimized});
-            break;
-        case 12:
-            gui.SetWindowOpacity(0.5F);
-            break;
-        default:
-            window.PointerMove(x, y);
-            break;
-    }
+    const std::function<void()> events[] = {
+        [&] { window.PointerMove(x, y); },
+        [&] { window.LeftDown(x, y); },
+        [&] { window.LeftUp(x, y); },
+        [&] { window.RightDown(x, y); },
+        [&] { window.RightUp(x, y); },
+        [&] { window.PointerLeave(); },
+        [&] { window.Turn(x, y, 120 - 240 * dice(2)); },
+        [&] { window.Type(L"typed "); },
+        [&] { window.Press('A' + dice(26), static_cast<std::uint8_t>(dice(8))); },
+        [&] { window.Push({.type = EventType::CaptureLost}); },
+        [&] { window.Resize(Width - dice(20), Height - dice(20)); },
+        [&] { window.SetMinimizedSilently(dice(4) == 0); },
+        [&] { window.Push({.type = EventType::Minimized}); },
+        [&] { gui.SetWindowOpacity(0.5F); },
+    };
+    dice.PickFrom(events)();
     gui.MarkDirty();
 }
 

@@ -58,15 +58,6 @@ struct Watched : Download {
     std::atomic<std::thread::id> thread;
 };
 
-TEST(DownloadConfigure, RefusesWhatIsNoWebAddress) {
-    for (const char* url : {"", "nonsense", "ftp://localhost/x", "http://", "\xFF\xFE"}) {
-        Download download;
-        EXPECT_EQ(download.Configure(FlagBlocking, url), ConfigureBadUrl) << url;
-        EXPECT_FALSE(download.Start());
-        EXPECT_EQ(download.status, StatusNoHost);
-    }
-}
-
 TEST(DownloadConfigure, TellsAnOfflineMachineByTheProbeAlone) {
     const Misbehaviour refusing("@http=refuse");
     DropConnections();
@@ -147,21 +138,6 @@ TEST(Download, TellsWhatFailed) {
     EXPECT_FALSE(download.active);
     EXPECT_EQ(download.failures, 1);
     EXPECT_EQ(download.completions, 0);
-}
-
-TEST(Download, IgnoresNameAndDateOfACertificateAndNothingElse) {
-    Put("certified", "text");
-    for (const wchar_t* certificate : {L"WRONG_NAME", L"EXPIRED"}) {
-        Watched download;
-        EXPECT_TRUE(download.Run(FlagBlocking, HttpsWith(certificate, L"certified")));
-        EXPECT_EQ(TextOf(download.Body()), "text");
-    }
-    for (const wchar_t* certificate : {L"UNKNOWN_ISSUER", L"SELF_SIGNED"}) {
-        Watched download;
-        EXPECT_FALSE(download.Run(FlagBlocking, HttpsWith(certificate, L"certified")));
-        EXPECT_EQ(download.status, StatusRequestFailed);
-        EXPECT_EQ(download.response.Size(), 0u);
-    }
 }
 
 TEST(Download, WorksInTheBackgroundAndCallsBackThere) {

@@ -1,7 +1,4 @@
-#include <future>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <vector>
 
 #include "patch/fetch.h"
 #include "platform/files.h"
@@ -108,49 +105,6 @@ TEST(FetchFile, LeavesNothingAndSaysWhyWhenTheServerFails) {
     }
 }
 
-TEST(FetchFile, SaysThatAServerIsNotThere) {
-    const std::wstring destination = MakeTestFolder() + L"\\file";
-    const Misbehaviour refusing("@http=refuse");
-    DropConnections();
-    for (const std::wstring& url :
-         {Http(L"x"), std::wstring(L"https://nowhere.invalid/x"), std::wstring(L"nonsense"),
-          std::wstring(L"ftp://localhost/x"), std::wstring()}) {
-        Fetched fetched;
-        EXPECT_FALSE(fetched.Run(url, destination));
-        EXPECT_EQ(fetched.errorText, L"Could not open the download URL");
-    }
-}
-
-TEST(FetchFile, TrustsOnlyACertificateWithoutFault) {
-    Put("certified", "text");
-    const std::wstring destination = MakeTestFolder() + L"\\file";
-    for (const wchar_t* certificate :
-         {L"WRONG_NAME", L"EXPIRED", L"UNKNOWN_ISSUER", L"SELF_SIGNED"}) {
-        Fetched fetched;
-        EXPECT_FALSE(fetched.Run(HttpsWith(certificate, L"certified"), destination));
-        EXPECT_EQ(fetched.errorText, L"Could not open the download URL");
-        EXPECT_FALSE(Platform::PathExists(destination));
-    }
-}
-
-TEST(FetchFile, SaysThatTheFileCannotBeMade) {
-    Put("file", "text");
-    const std::wstring folder = MakeTestFolder();
-    WriteText(folder + L"\\file", "old");
-    Platform::File held;
-    const Platform::OpenOptions alone{.sharing = Platform::ShareNone};
-    ASSERT_EQ(held.Open(folder + L"\\file", alone), Platform::Error::None);
-    ASSERT_EQ(Platform::MakeFolder(folder + L"\\folder"), Platform::Error::None);
-    for (const wchar_t* place : {L"\\file", L"\\folder", L"\\file\\below_a_file"}) {
-        Fetched fetched;
-        EXPECT_FALSE(fetched.Run(Https(L"file"), folder + place));
-        EXPECT_EQ(fetched.errorText, L"Could not create the download file");
-    }
-    held.Close();
-    EXPECT_EQ(ReadText(folder + L"\\file"), "old");
-    EXPECT_TRUE(Platform::IsExistingFolder(folder + L"\\folder"));
-}
-
 TEST(FetchFile, StopsAtACancelWithoutAText) {
     const Misbehaviour misbehaviour("file=junk:10M");
     const std::wstring destination = MakeTestFolder() + L"\\file";
@@ -161,39 +115,6 @@ TEST(FetchFile, StopsAtACancelWithoutAText) {
         EXPECT_EQ(fetched.errorText, L"untouched");
         EXPECT_LT(fetched.sunk.size(), 10 * Mebibyte);
         EXPECT_FALSE(Platform::PathExists(destination));
-    }
-}
-
-TEST(FetchFile, RidesOnOneConnectionFromFileToFile) {
-    const Misbehaviour misbehaviour("many/*=junk:64K");
-    const std::wstring folder = MakeTestFolder();
-    DropConnections();
-    const LogMark log;
-    for (int i = 0; i < 50; ++i) {
-        const std::wstring name = std::to_wstring(i);
-        EXPECT_TRUE(FetchFile(Https(L"many/" + name), folder + L"\\" + name, {}, {}, nullptr, {}));
-    }
-    EXPECT_EQ(log.Count("listener=https"), 1) << log.Since();
-}
-
-TEST(FetchFile, WorksOnThreadsAtOnce) {
-    const Misbehaviour misbehaviour("file=big:4200000");
-    const std::string body = BigBody(4'200'000);
-    const std::wstring folder = MakeTestFolder();
-    std::vector<std::future<bool>> threads;
-    for (int i = 0; i < 3; ++i) {
-        threads.push_back(std::async(std::launch::async, [&, i] {
-            const std::wstring destination = folder + L"\\" + std::to_wstring(i);
-            bool good = true;
-            for (int turn = 0; turn < 5; ++turn) {
-                good = FetchFile(Https(L"file"), destination, {}, {}, nullptr, {}) &&
-                       ReadText(destination) == body && good;
-            }
-            return good;
-        }));
-    }
-    for (std::future<bool>& thread : threads) {
-        EXPECT_TRUE(thread.get());
     }
 }
 

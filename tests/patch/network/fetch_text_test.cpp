@@ -57,17 +57,6 @@ TEST(FetchText, SaysWhyThereIsNoText) {
     }
 }
 
-TEST(FetchText, TrustsOnlyACertificateWithoutFault) {
-    Put("certified", "text");
-    for (const wchar_t* certificate :
-         {L"WRONG_NAME", L"EXPIRED", L"UNKNOWN_ISSUER", L"SELF_SIGNED"}) {
-        std::string text;
-        std::wstring errorText;
-        EXPECT_FALSE(FetchText(HttpsWith(certificate, L"certified"), text, &errorText, 4096, {}));
-        EXPECT_EQ(errorText, L"Could not open the manifest URL");
-    }
-}
-
 TEST(FetchText, StopsAtACancelWithoutAText) {
     const Misbehaviour misbehaviour("text=endless");
     int asked = 0;

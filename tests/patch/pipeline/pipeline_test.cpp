@@ -142,15 +142,5 @@ TEST_F(PipelineTest, DoesNothingWithoutAFolder) {
     EXPECT_EQ(unconfigured.Tick(), State::Boot);
 }
 
-TEST_F(PipelineTest, FolderMayEndInEitherSeparatorOrNone) {
-    Publish("file", "payload");
-    const std::wstring path = folder_.Path().substr(0, folder_.Path().size() - 1);
-    for (const wchar_t* end : {L"", L"\\", L"/"}) {
-        pipeline_.Configure(Platform::Utf8FromWide(TestServer::Http(L"")), path + end);
-        EXPECT_EQ(Run().back(), State::Ready);
-    }
-    EXPECT_EQ(folder_.Files().size(), 1U);
-}
-
 }  // namespace
 }  // namespace Launcher

@@ -43,18 +43,6 @@ protected:
     std::wstring root;
 };
 
-TEST_F(FolderTree, CountsAndMeasures) {
-    std::uint64_t bytes = 1;
-    std::uint64_t files = 1;
-    FolderStat(root, bytes, files);
-    EXPECT_EQ(bytes, 101u);
-    EXPECT_EQ(files, 5u);
-    EXPECT_EQ(CountFiles(root, 100000), 4);
-    EXPECT_EQ(CountFiles(root, 2), 2);
-    EXPECT_EQ(CountFiles(root + L"\\a\\empty", 1), 0);
-    EXPECT_EQ(CountFiles(root + L"\\missing", 1), 0);
-}
-
 TEST_F(FolderTree, LinksAreNeitherFollowedNorCounted) {
     const std::wstring outside = Platform::GetTempFolder() + L"outside the tree";
     ASSERT_TRUE(CreateFolderPath(outside + L"\\kept"));
@@ -78,6 +66,7 @@ TEST_F(FolderTree, LinksAreNeitherFollowedNorCounted) {
     EXPECT_EQ(bytes, 100u);
     EXPECT_EQ(files, 4u);
     EXPECT_EQ(CountFiles(root, 100000), 4);
+    EXPECT_EQ(CountFiles(root, 2), 2);
     // The write test goes where a write would go, and leaves nothing there.
     EXPECT_FALSE(NeedsElevation(root + L"\\a\\junction\\new"));
     EXPECT_EQ(CountFiles(outside, 10), 1);
@@ -91,6 +80,7 @@ TEST_F(FolderTree, LinksAreNeitherFollowedNorCounted) {
 
     EXPECT_TRUE(RemoveInstallFolder(root, nullptr));
     EXPECT_FALSE(Platform::PathExists(root));
+    EXPECT_TRUE(RemoveInstallFolder(root, nullptr)) << "a folder that has gone already";
     EXPECT_TRUE(Platform::PathExists(outside + L"\\kept"));
     EXPECT_EQ(CountFiles(outside, 10), 1);
     EXPECT_TRUE(RemoveInstallFolder(outside, nullptr));

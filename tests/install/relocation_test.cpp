@@ -59,6 +59,7 @@ TEST(Relocation, RecordsPointAtTheCopyBeforeTheOldFolderGoes) {
     MoveResult result;
     EXPECT_FALSE(MoveInstallation(game, target, hooks, result));
     EXPECT_EQ(result.code, MoveCode::LeftBehind);
+    EXPECT_EQ(result.leftoverFolder, game);
     EXPECT_EQ(GetInstallLocation(), target);
     EXPECT_EQ(ReadText(target + L"\\Data\\file"), "data");
 }

@@ -4,15 +4,23 @@
 #include <vector>
 
 #include "patch/crc32.h"
-#include "patch/wrapped.h"
-#include "platform/files.h"
-#include "support/test_folder.h"
+#include "patch/file_wrapper.h"
+#include "support/test_files.h"
 
 namespace Launcher {
 namespace {
 
 std::uint32_t CrcOf(std::string_view text) {
     return Crc32Of(std::as_bytes(std::span(text)));
+}
+
+/// The payload in its wrapper.
+std::string Wrapped(std::string_view payload) {
+    const auto text = [](std::span<const std::byte> bytes) {
+        return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    };
+    return text(MakeWrapperHeader(payload.size())) + std::string(payload) +
+           text(MakeWrapperTrailer(CrcOf(payload)));
 }
 
 TEST(InstalledFile, IsHashedAsPlainOrWrappedFastOrFully) {
@@ -38,14 +46,14 @@ TEST(InstalledFile, IsHashedAsPlainOrWrappedFastOrFully) {
         {"magic, but the sizes do not fit", misfit, CrcOf(misfit), CrcOf(misfit)},
         {"plain", payload, CrcOf(payload), CrcOf(payload)},
     };
-    const TestFolder folder;
+    const std::wstring path = TestSupport::MakeTestFolder() + L"\\file";
     for (const auto& test : cases) {
-        folder.Write(L"file", test.bytes);
+        TestSupport::WriteText(path, test.bytes);
         // The first buffer holds the file whole, the second takes it in many pieces.
         for (const std::size_t bufferSize : {65'536U, 7U}) {
             std::vector<std::byte> buffer(bufferSize);
             const auto hash = [&](HashDepth depth) {
-                return HashInstalledFile(folder.Path(L"file"), depth, {}, buffer);
+                return HashInstalledFile(path, depth, {}, buffer);
             };
             const auto fast = hash(HashDepth::Trailer);
             const auto full = hash(HashDepth::Content);
@@ -56,25 +64,6 @@ TEST(InstalledFile, IsHashedAsPlainOrWrappedFastOrFully) {
             EXPECT_EQ(full->size, test.bytes.size()) << test.what;
         }
     }
-}
-
-TEST(InstalledFile, CannotBeHashedWhenMissingHeldOrStopped) {
-    const TestFolder folder;
-    folder.Write(L"file", "some content");
-    std::vector<std::byte> buffer(64);
-    const auto hash = [&](const wchar_t* name, const std::stop_token& stop) {
-        return HashInstalledFile(folder.Path(name), HashDepth::Content, stop, buffer);
-    };
-    EXPECT_TRUE(hash(L"file", {}));
-    EXPECT_FALSE(hash(L"missing", {}));
-    EXPECT_FALSE(hash(L"", {})) << "a folder";
-    std::stop_source stopped;
-    stopped.request_stop();
-    EXPECT_FALSE(hash(L"file", stopped.get_token()));
-    Platform::File held;
-    ASSERT_EQ(held.Open(folder.Path(L"file"), {.sharing = Platform::ShareNone}),
-              Platform::Error::None);
-    EXPECT_FALSE(hash(L"file", {}));
 }
 
 }  // namespace

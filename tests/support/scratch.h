@@ -7,7 +7,6 @@
 
 #include "platform/error.h"
 #include "support/test_files.h"
-#include "support/test_folder.h"
 
 namespace Platform {
 
@@ -20,14 +19,13 @@ inline void PrintTo(Error error, std::ostream* out) {
 
 namespace TestSupport {
 
-/// A test with an empty folder of its own, which goes with it.
+/// A test with an empty folder of its own.
 class Scratch : public testing::Test {
 protected:
-    std::wstring At(std::wstring_view name) const { return scratch_.Path(std::wstring(name)); }
+    std::wstring At(std::wstring_view name) const { return folder_ + L'\\' + std::wstring(name); }
 
-    const TestFolder scratch_;
-    /// Its path without a trailing separator.
-    const std::wstring folder_ = scratch_.Path().substr(0, scratch_.Path().size() - 1);
+    /// Without a trailing separator.
+    const std::wstring folder_ = MakeTestFolder();
 };
 
 }  // namespace TestSupport

@@ -43,6 +43,20 @@ std::string ReadText(const std::wstring& path) {
     return text;
 }
 
+std::map<std::wstring, std::string> ReadTree(const std::wstring& folder) {
+    std::map<std::wstring, std::string> tree;
+    std::vector<FolderEntry> entries;
+    EXPECT_EQ(ListFolder(folder, entries), Error::None) << folder;
+    for (const FolderEntry& entry : entries) {
+        const std::wstring path = folder + L'\\' + entry.name;
+        tree[entry.name] = entry.IsFolder() ? "a folder" : ReadText(path);
+        if (!entry.IsFolder() || entry.IsReparsePoint()) continue;
+        for (auto& [name, content] : ReadTree(path))
+            tree[entry.name + L'\\' + name] = std::move(content);
+    }
+    return tree;
+}
+
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;
     while (!condition()) {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,6 +20,9 @@ std::span<const std::byte> Bytes(std::string_view text);
 void WriteText(const std::wstring& path, std::string_view text);
 /// The whole file; empty when it cannot be read.
 std::string ReadText(const std::wstring& path);
+
+/// All that lies below a folder, by its path from there: what a file holds, or "a folder".
+std::map<std::wstring, std::string> ReadTree(const std::wstring& folder);
 
 /// Looks every few milliseconds whether the condition holds. False when it did not in time.
 bool WaitUntil(const std::function<bool()>& condition,

@@ -75,10 +75,6 @@ void Put(const std::string& path, const std::string& text) {
     Control("put?path=" + path + "&text=" + text);
 }
 
-void Append(const std::string& path, const std::string& text, std::size_t times) {
-    Control("append?path=" + path + "&text=" + text + "&times=" + std::to_string(times));
-}
-
 void DropConnections() {
     Control("drop");
 }

@@ -25,8 +25,6 @@ private:
 
 /// Serves a text, as it may stand in a query, at a path.
 void Put(const std::string& path, const std::string& text);
-/// Puts such a text behind what was put at the path, so many times.
-void Append(const std::string& path, const std::string& text, std::size_t times = 1);
 /// Ends every open connection.
 void DropConnections();
 

@@ -5,27 +5,24 @@ import socket
 import time
 import unittest
 
-from harness import Server
-from harness.patchcase import PatchTest
+from harness import GameTest, Server, wrapped
+from harness.game import LIST
+from harness.progress import (EMPTY, NOT_DOWNLOADED, NOT_MATCHING, READY, UNREADABLE,
+                              not_verified)
 
-OLD = {"a.dat": b"old a" * 100, "folder/b.dat": b"old b" * 100, "same.dat": b"same" * 100}
-NEW = {"a.dat": b"newer a" * 100, "folder/b.dat": b"newer b" * 100, "same.dat": b"same" * 100}
+OLD = {"a.dat": wrapped(b"old a" * 100), "folder/b.dat": wrapped(b"old b" * 100),
+       "same.dat": wrapped(b"same" * 100)}
+NEW = {**OLD, "a.dat": wrapped(b"newer a" * 100), "folder/b.dat": wrapped(b"newer b" * 100)}
+ONLY_A = {**OLD, "a.dat": NEW["a.dat"]}
 
 MB = 1_000_000
 
-NOT_DOWNLOADED = ("ErrDownload", "The update list could not be downloaded.")
-EMPTY = ("ErrFatal", "The update list came back empty.")
-UNREADABLE = ("ErrFatal", "The update list was empty or could not be read.")
 
+class BadServerTest(GameTest):
+    FILES = NEW
 
-def not_verified(name):
-    return ("ErrDownload", f"A file could not be downloaded or did not verify: Data/{name}")
-
-
-class BadServerTest(PatchTest):
     def setUp(self):
         super().setUp()
-        self.publish(NEW)
         self.install(OLD)
 
     def outside(self):
@@ -37,27 +34,25 @@ class BadServerTest(PatchTest):
                 and path.name not in ("launcher_boot.log", "progress.tsv")
                 and "INetC" not in str(path)}
 
-    def assert_end(self, expected, **arguments):
-        self.assertEqual(self.run_pass(**arguments), expected)
-        self.assert_installed(OLD)
-
     def test_server_that_is_down(self):
         with socket.socket() as unused:
             unused.bind(("127.0.0.1", 0))
             port = unused.getsockname()[1]
-            self.assert_end(NOT_DOWNLOADED, address=f"http://localhost:{port}/")
+            self.assert_pass(NOT_DOWNLOADED, OLD, url=f"http://localhost:{port}/")
 
     def test_certificates_of_unknown_issuers(self):
         for name in ("UNKNOWN_ISSUER", "SELF_SIGNED"):
             with self.subTest(name):
-                self.assert_end(NOT_DOWNLOADED, address=os.environ[f"TOLVAN_TEST_HTTPS_{name}"])
+                self.assert_pass(NOT_DOWNLOADED, OLD, url=self.url_with(name))
 
     def test_certificates_that_are_wrong_otherwise(self):
         """The list may come with such a certificate, the files may not."""
         for name in ("WRONG_NAME", "EXPIRED"):
             with self.subTest(name):
-                self.assert_end(not_verified("a.dat"),
-                                address=os.environ[f"TOLVAN_TEST_HTTPS_{name}"])
+                self.assert_pass(not_verified("a.dat"), OLD, url=self.url_with(name))
+
+    def url_with(self, certificate):
+        return self.published.url(os.environ[f"TOLVAN_TEST_HTTPS_{certificate}"])
 
     def test_lists(self):
         for rule, expected in {
@@ -70,29 +65,27 @@ class BadServerTest(PatchTest):
                 "html": UNREADABLE,
         }.items():
             with self.subTest(rule):
-                target = "@https" if rule == "close" else "scripts/index.txt"
+                target = "@https" if rule == "close" else f"*/{LIST}"
                 Server.set(f"{target}={rule}")
-                self.assert_end(expected)
+                self.assert_pass(expected, OLD)
                 Server.clear()
 
     def test_cut_lists(self):
         """What came of the list is taken for the whole of it."""
-        text = (self.tree / "scripts" / "index.txt").read_bytes()
+        text = self.published.served(LIST).read_bytes()
         second = text.index(b"\n") + 1
-        only_the_first = {**OLD, "a.dat": NEW["a.dat"]}
         for place, expected, files in (
                 (text.index(b"="), UNREADABLE, OLD),
-                (second, ("Ready", ""), only_the_first),
-                (text.index(b"\t", second) - 1, not_verified("folder/b.dat"), only_the_first)):
+                (second, READY, ONLY_A),
+                (text.index(b"\t", second) - 1, not_verified("folder/b.dat"), ONLY_A)):
             with self.subTest(cut=place):
                 self.install(OLD)
-                Server.set(f"scripts/index.txt=cut:{place}")
-                self.assertEqual(self.run_pass(), expected)
-                self.assert_installed(files)
+                Server.set(f"*/{LIST}=cut:{place}")
+                self.assert_pass(expected, files)
                 Server.clear()
 
     def assert_end_within(self, expected, memory, **patience):
-        launcher, report = self.start_pass()
+        launcher, report = self.begin()
         end = report.wait_for_end(**patience)
         peak = launcher.peak_memory()
         launcher.kill()
@@ -102,63 +95,67 @@ class BadServerTest(PatchTest):
             self.assertLess(peak, memory)
 
     def test_list_of_100_MB_that_means_little(self):
-        index = self.tree / "scripts" / "index.txt"
-        index.write_bytes((b"x" * 999_999 + b"\n") * 100 + index.read_bytes())
-        self.assert_end_within(("Ready", ""), 400 * MB)
-        self.assert_installed(NEW)
+        self.published.put_before_list((b"x" * 999_999 + b"\n") * 100)
+        self.assert_end_within(READY, 400 * MB)
+        self.assertEqual(self.installed(), NEW)
 
     @unittest.skipUnless("TOLVAN_LONG_LIST" in os.environ, "takes minutes: 10 lines a tick")
     def test_list_of_100_MB_with_two_and_a_half_million_files(self):
-        Server.set("scripts/index.txt=big:100M")
+        Server.set(f"*/{LIST}=big:100M")
         self.assert_end_within(not_verified("made/up/000000000000.dat"), 1000 * MB, patience=1200)
-        self.assert_installed(OLD)
-
-    def assert_silence(self, path, seconds, expected):
-        Server.set(f"{path}=stall:50%")
-        start = time.monotonic()
-        self.assert_end(expected)
-        self.assertLess(time.monotonic() - start, seconds + 10)
-
-    def test_silence_in_a_file(self):
-        self.assert_silence("patcher/get/a.dat", 20, not_verified("a.dat"))
+        self.assertEqual(self.installed(), OLD)
 
     def test_silence_in_the_list(self):
         if self.machine.is_wine:
             self.skipTest("Wine waits for ever, where Windows has a limit of its own")
-        self.assert_silence("scripts/index.txt", 30, NOT_DOWNLOADED)
+        Server.set(f"*/{LIST}=stall:50%")
+        start = time.monotonic()
+        self.assert_pass(NOT_DOWNLOADED, OLD)
+        self.assertLess(time.monotonic() - start, 40)
 
     def test_files(self):
         for rule in ("status:404", "status:500", "status:204", "html", "empty", "cut:50%",
-                     "cut:0", "short:1", "long:1", "flip:20", "length:+5", "redirect:/nowhere",
-                     "redirect:self", "file:patcher/get/same.dat"):
+                     "cut:0", "no-length,cut:20", "chunked,cut:20", "short:1", "long:1", "flip:20",
+                     "length:+5", "endless", "junk:31", "redirect:/nowhere", "redirect:self"):
             with self.subTest(rule):
-                Server.set(f"patcher/get/a.dat={rule}")
-                self.assert_end(not_verified("a.dat"))
+                Server.set(f"*/patcher/get/a.dat={rule}")
+                self.assert_pass(not_verified("a.dat"), OLD)
                 Server.clear()
 
+    def test_files_that_verify_while_they_come_and_not_when_they_are_read_back(self):
+        wrong_trailer = NEW["a.dat"][:-4] + b"1234"
+        self.published.serve("patcher/get/a.dat", wrong_trailer)
+        self.assert_pass(NOT_MATCHING, {**NEW, "a.dat": wrong_trailer})
+        # Any 20 bytes do for such a line, though as a plain file they have a hash of their own.
+        plain = {"plain.dat": b"12345678901234567890"}
+        self.published.serve("patcher/get/plain.dat", plain["plain.dat"])
+        self.published.serve(LIST, b"plain.dat=0\t20\n")
+        self.assert_pass(NOT_MATCHING, {**NEW, "a.dat": wrong_trailer, **plain})
+
     def test_a_retry_goes_on_where_a_failed_pass_ended(self):
-        Server.set("patcher/get/folder/b.dat=cut:50%")
-        self.assertEqual(self.run_pass(), not_verified("folder/b.dat"))
-        self.assert_installed({**OLD, "a.dat": NEW["a.dat"]})
+        Server.set("*/patcher/get/folder/b.dat=cut:50%")
+        self.assert_pass(not_verified("folder/b.dat"), ONLY_A)
         Server.clear()
-        self.assertEqual(self.run_pass(), ("Ready", ""))
-        self.assert_installed(NEW)
+        self.assert_pass(READY, NEW)
 
     def test_names_that_leave_the_folder_or_are_no_files(self):
         before = self.outside()
-        for name in ("../evil.dat", "x/../../../evil.dat", "..\\..\\evil.dat", "C:/evil.dat",
-                     "a.dat:stream", "NUL", "con.txt", "/../../evil.dat", "x" * 300, "evil.dat."):
+        # Any 20 bytes would do for the line.
+        Server.set("*/patcher/get/*=body:12345678901234567890")
+        for name in ("../../evil.dat", "x/../../../evil.dat", "..\\..\\evil.dat", "C:/evil.dat",
+                     ".. /.. /.. /evil.dat", "a.dat:stream", "NUL", "con.txt", "/../../evil.dat",
+                     "x" * 300, "evil.dat.", ""):
             with self.subTest(name):
-                self.publish(NEW, extra_lines=[f"{name}=1\t25"])
-                self.assert_end(not_verified(name))
+                self.published.put_before_list(f"{name}=0\t20\n".encode())
+                self.assert_pass(not_verified(name), OLD)
                 self.assertEqual(self.outside(), before)
 
     def test_names_in_any_script(self):
-        names = {"Grüße/ő ű.dat": b"1" * 50, "日本語/ファイル.dat": b"2" * 50,
-                 "игра/файл с пробелом.dat": b"3" * 50, "100%/a+b&c#d.dat": b"4" * 50}
-        self.publish(names)
-        self.assertEqual(self.run_pass(), ("Ready", ""))
-        self.assert_installed({**OLD, **names})
+        names = {"Grüße/ő ű.dat": wrapped(b"1" * 50), "日本語/ファイル.dat": wrapped(b"2" * 50),
+                 "игра/файл с пробелом.dat": wrapped(b"3" * 50),
+                 "100%/a+b&c#d.dat": wrapped(b"4" * 50)}
+        self.published.publish(names)
+        self.assert_pass(READY, {**OLD, **names})
 
 
 if __name__ == "__main__":

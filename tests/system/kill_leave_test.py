@@ -14,10 +14,11 @@ import os
 import subprocess
 import unittest
 
-from harness import LAUNCHER, BootLog, Machine, wait_until
-from harness.leavecase import LeaveTest
+from harness import LAUNCHER, BootLog, wait_until
+from harness.leavecase import MOVED, LeaveTest
+from harness.testcase import HELPER_FOLDER
 
-STEP_LOG = "C:\\Helper\\steps"
+STEP_LOG = f"{HELPER_FOLDER}\\steps"
 
 
 class KillTest(LeaveTest):
@@ -25,6 +26,7 @@ class KillTest(LeaveTest):
 
     def setUp(self):
         super().setUp()
+        self.machine.make_folder(HELPER_FOLDER)
         self.kills = os.environ.get("TOLVAN_KILL_STEPS", "1" if self.machine.is_wine else "3")
         self.lay_installed(self.GAME)
         self.before = self.snapshot()
@@ -45,22 +47,16 @@ class KillTest(LeaveTest):
             return self.copy_machine(self.saved, self.machine.folder)
         # The registry of a machine that runs cannot be put back.
         self.machine.close()
-        self.machine = Machine()
-        self.addCleanup(self.machine.close)
-        self.prepare()
+        self.take_machine()
+        self.machine.make_folder(HELPER_FOLDER)
         self.lay_installed(self.GAME)
-
-    def tree(self, windows_path, snapshot):
-        return {name[len(windows_path):]: snapshot[name]
-                for name in self.names_below(windows_path, snapshot)
-                if len(name) > len(windows_path)}
 
     def run_copy(self, done, *switches, **environment):
         """Runs the handoff copy until it says that it is done, or has ended. True for done."""
         self.restore()
         program = self.place_launcher(f"{self.temporary_folder()}\\@tolvan_op_4242\\{LAUNCHER}")
         log = BootLog(self.machine.path(program).parent / "launcher_boot.log")
-        copy = self.begin(*switches, f"--target={self.GAME}", program=program, **environment)
+        copy = self.launch(*switches, f"--target={self.GAME}", program=program, **environment)
         finished = wait_until(
             lambda: "done" if done in log.texts() else not copy.is_running() and "ended",
             lambda: f"{done!r}, but {log.texts()}") == "done"
@@ -69,7 +65,7 @@ class KillTest(LeaveTest):
 
     def count_steps(self, done, *switches):
         self.assertTrue(self.run_copy(done, *switches, TOLVAN_STEP_LOG=STEP_LOG))
-        log, = self.machine.path("C:\\Helper").glob("steps.*")
+        log, = self.machine.path(HELPER_FOLDER).glob("steps.*")
         return log.read_text(encoding="utf-8").splitlines()
 
     def kill_everywhere(self, name, done, judge, *switches):
@@ -82,7 +78,7 @@ class KillTest(LeaveTest):
         for number in numbers:
             with self.subTest(operation=name, killed_before=steps[number - 1]):
                 finished = self.run_copy(done, *switches, TOLVAN_KILL_AT=str(number))
-                self.assert_ends_well(self.begin("--nopatch", "--autoquit=0.05"))
+                self.launch_and_quit()
                 self.assertEqual(self.working_folders(), [])
                 finding = judge(self.snapshot())
                 self.findings[finding + (" (done before)" if finished else "")] += 1
@@ -109,7 +105,7 @@ class KillTest(LeaveTest):
         self.kill_everywhere("uninstall", "uninstall: finished -> receipt", judge, "--op=uninstall",
                              "--keepsettings=0")
 
-    def judge_move(self, target, ways):
+    def kill_move_everywhere(self, name, target, *ways):
         def judge(after):
             places = {"old": self.GAME, "new": target}
             whole = {name for name, place in places.items()
@@ -123,22 +119,16 @@ class KillTest(LeaveTest):
             where = " and ".join(sorted(whole))
             return f"whole in the {where} place" + (" and a part of the other"
                                                     if both and len(whole) == 1 else "")
-        return judge
+        self.kill_everywhere(name, MOVED, judge, "--op=move", "--sub=0", f"--dest={target}")
 
     def test_move_on_one_drive(self):
-        target = "C:\\New\\Tolvan"
-        self.kill_everywhere("move on one drive", "move: done, code 0, error 0, copy 0",
-                             self.judge_move(target, ["C:\\New"]), "--op=move", "--sub=0", f"--dest={target}")
+        self.kill_move_everywhere("move on one drive", "C:\\New\\Tolvan", "C:\\New")
 
     def test_move_across_drives(self):
-        target = "D:\\New\\Tolvan"
-        self.kill_everywhere("move across drives", "move: done, code 0, error 0, copy 0",
-                             self.judge_move(target, ["D:\\New"]), "--op=move", "--sub=0", f"--dest={target}")
+        self.kill_move_everywhere("move across drives", "D:\\New\\Tolvan", "D:\\New")
 
     def test_move_into_itself(self):
-        target = self.GAME + "\\deep\\Tolvan"
-        self.kill_everywhere("move into itself", "move: done, code 0, error 0, copy 0",
-                             self.judge_move(target, []), "--op=move", "--sub=0", f"--dest={target}")
+        self.kill_move_everywhere("move into itself", self.GAME + "\\deep\\Tolvan")
 
 
 if __name__ == "__main__":

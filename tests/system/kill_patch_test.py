@@ -59,7 +59,7 @@ class KillTest(GameTest):
         line = plain_line()
         for build in self.builds:
             self.addCleanup(build.close)
-            build.append_to_list(line)
+            build.put_before_list(line)
         self.data.mkdir()
         with open(self.data / PLAIN_NAME, "wb") as file:
             file.truncate(PLAIN_SIZE)
@@ -72,14 +72,14 @@ class KillTest(GameTest):
         return files
 
     def bring_up_to(self, build):
-        launcher, progress = self.launch_on_game(url=build.url())
+        launcher, progress = self.begin(TOLVAN_PATCH_URL=build.url())
         end = progress.wait_for_end()
         launcher.kill()
         self.assertEqual(end.state, "Ready", end)
 
     def kill_in(self, build, state, wait):
         """Kills the launcher in a pass; returns the state it had told last."""
-        launcher, progress = self.launch_on_game(url=build.url())
+        launcher, progress = self.begin(TOLVAN_PATCH_URL=build.url())
         launcher.process()
         while not any(moment.state in (state, *TERMINAL) for moment in progress.read()):
             time.sleep(PAUSE)

@@ -15,7 +15,7 @@ import unittest
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 
-from harness import LAUNCHER, LifeTest, another_build, wait_until
+from harness import CLIENT, LAUNCHER, LifeTest, UpdateTest, wait_until
 from harness.lifecase import HIDDEN_AND_SYSTEM
 from install_test import DESKTOP_LINK, EVERYTHING, START_MENU_LINK
 
@@ -25,11 +25,10 @@ STEPS = os.environ.get("TOLVAN_KILL_STEPS", DEFAULT)
 AT_ONCE = 3 if os.environ["TOLVAN_ADAPTER"] == "win32" else 6
 STEP_LOG = "C:\\steps"
 CURRENT = "selfupdate: launcher is current"
-CLIENT = ".Tolvan Online.exe"
 NO_LAUNCHER = "no launcher under its name"
 
 
-class Trial(LifeTest):
+class Trial:
     """One machine on which the launcher is killed once. No test by itself."""
 
     program = None
@@ -54,12 +53,12 @@ class Trial(LifeTest):
         return True
 
 
-class InstallTrial(Trial):
+class InstallTrial(Trial, LifeTest):
     """An install with everything onto an empty machine."""
 
     def run_counted(self, kill_at):
         progress = self.begin_counted(kill_at)
-        self.press("install", self.GAME, "1", *EVERYTHING)
+        self.press_install(*EVERYTHING)
         wait_until(lambda: not self.launcher_process.is_running()
                    or "InstallDone" in progress.states(), "the install ends")
         self.launcher_process.kill()
@@ -77,29 +76,17 @@ class InstallTrial(Trial):
                 found["registered, but without both links"] += 1
         else:
             found["installed again"] += 1
-            self.press("install", self.GAME, "1", *EVERYTHING)
+            self.press_install(*EVERYTHING)
             self.assertEqual(self.wait_for_install(progress).state, "InstallDone")
             self.assertTrue(self.machine.find(DESKTOP_LINK))
         launcher.kill()
-        self.assertEqual(self.installed(), {
+        self.assert_files(self.installed(), {
             **self.BASE, CLIENT: self.client, LAUNCHER: self.launcher,
             **{f"Data/{name}": content for name, content in self.published.files.items()}})
 
 
-class UpdateTrial(Trial):
+class UpdateTrial(Trial, UpdateTest):
     """A start that brings launcher and client up to date."""
-
-    olderLauncher = olderClient = False
-
-    def setUp(self):
-        super().setUp()
-        self.older = {LAUNCHER: self.launcher, CLIENT: self.client}
-        for name, is_older in ((LAUNCHER, self.olderLauncher), (CLIENT, self.olderClient)):
-            if is_older:
-                self.older[name] = another_build(self.older[name], "older")
-        self.program = self.lay_installed(client=self.older[CLIENT],
-                                          launcher=self.older[LAUNCHER])
-        self.log = self.boot_log(self.GAME)
 
     def is_current(self):
         return ((self.game / LAUNCHER).exists() and CURRENT in self.log.texts()
@@ -115,19 +102,19 @@ class UpdateTrial(Trial):
         self.machine.kill_all(LAUNCHER)
 
     def check(self, found):
-        self.assertTrue(self.whole(self.game / CLIENT, self.client, self.older[CLIENT]))
-        if not self.whole(self.game / LAUNCHER, self.launcher, self.older[LAUNCHER]):
+        self.assertTrue(self.whole(self.game / CLIENT, self.client, self.old[CLIENT]))
+        if not self.whole(self.game / LAUNCHER, self.launcher, self.old[LAUNCHER]):
             # Both are there and whole, under other names: the way out is to rename one by hand.
             found[NO_LAUNCHER] += 1
             aside = self.game / (LAUNCHER + ".old0")
-            self.assertTrue(self.whole(aside, self.older[LAUNCHER]))
+            self.assertTrue(self.whole(aside, self.old[LAUNCHER]))
             self.assertTrue(self.whole(self.game / (LAUNCHER + ".new"), self.launcher))
             aside.rename(self.game / LAUNCHER)
         self.log.path.unlink(missing_ok=True)
-        self.begin(program=self.program)
+        self.begin_run()
         wait_until(self.is_current, lambda: f"all is current: {self.log.texts()}")
-        self.assertEqual(self.machine.attributes(self.CLIENT) & HIDDEN_AND_SYSTEM,
-                         HIDDEN_AND_SYSTEM if self.olderClient else 0)
+        self.assertEqual(self.machine.attributes(self.client_path) & HIDDEN_AND_SYSTEM,
+                         HIDDEN_AND_SYSTEM if CLIENT in self.OLDER else 0)
         found["brought up to date"] += 1
         self.machine.kill_all(LAUNCHER)
         left = {path.name for path in self.game.iterdir()} - {"Data", "launcher_boot.log"}
@@ -135,13 +122,13 @@ class UpdateTrial(Trial):
 
 
 class LauncherTrial(UpdateTrial):
-    olderLauncher = True
+    OLDER = (LAUNCHER,)
 
 
 class ClientTrial(UpdateTrial):
     """Beside what an earlier self-update has left."""
 
-    olderClient = True
+    OLDER = (CLIENT,)
 
     def setUp(self):
         super().setUp()

@@ -3,11 +3,9 @@
 import unittest
 
 from harness import LAUNCHER
-from harness.leavecase import GAME_FILES, LeaveTest
+from harness.leavecase import INSTALLED, MOVED, LeaveTest
 
-DONE = "move: done, code 0, error 0, copy 0"
 HANDED_OFF = "move: handing off to a copy outside the install folder"
-INSTALLED = "route: hasKey=1 hasDir=1 hasClient=1 -> INSTALLED (patch + play)"
 
 
 class MoveTest(LeaveTest):
@@ -15,12 +13,6 @@ class MoveTest(LeaveTest):
         super().setUp()
         self.lay_installed(self.GAME)
         self.before = self.snapshot()
-
-    def tree(self, windows_path, snapshot):
-        """What lies in a folder, by names relative to it."""
-        return {name[len(windows_path):]: snapshot[name]
-                for name in self.names_below(windows_path, snapshot)
-                if len(name) > len(windows_path)}
 
     def assert_moved(self, target, made=()):
         """The whole game lies at the target and nowhere else; made are folders on the way."""
@@ -40,28 +32,23 @@ class MoveTest(LeaveTest):
             path = f"{target}\\{LAUNCHER}"
             self.assertTrue(path.encode() in content or path.encode("utf-16-le") in content, link)
 
-    def start_installed(self, *arguments):
-        """The launcher in the folder of the game."""
-        original = self.begin("--nopatch", program=f"{self.GAME}\\{LAUNCHER}")
+    def assert_moves_through_copy(self, target, *arguments, made=()):
+        """The launcher in the folder of the game moves it."""
+        original = self.launch("--nopatch", program=f"{self.GAME}\\{LAUNCHER}")
         log = self.boot_log(self.GAME)
         log.wait_for(INSTALLED)
         self.press("move", *arguments)
-        return original
-
-    def assert_moves_through_copy(self, target, *arguments, made=()):
-        original = self.start_installed(*arguments)
         log = self.copy_log()
         self.assert_ends_well(original)
-        log.wait_for(DONE)
+        log.wait_for(MOVED)
         self.assert_in_order(
             ["move: copy taking over -- armed, waiting for the original to let go",
              "handoff: the original has gone -- settling before we touch the tree",
-             "move: the tree is ours -- continuing the move", DONE], log.texts())
+             "move: the tree is ours -- continuing the move", MOVED], log.texts())
         self.assert_moved(target, made)
         self.close_copy()
         # The moved launcher is the one that goes on.
-        self.assert_ends_well(
-            self.begin("--nopatch", "--autoquit=0.1", program=f"{target}\\{LAUNCHER}"))
+        self.launch_and_quit(f"{target}\\{LAUNCHER}")
         self.assertIn(INSTALLED, self.boot_log(target).texts())
 
     def test_from_inside_to_a_folder_of_its_own(self):
@@ -74,15 +61,10 @@ class MoveTest(LeaveTest):
 
     def test_from_inside_into_itself(self):
         target = self.GAME + "\\deep\\New"
-        original = self.start_installed(target)
-        log = self.copy_log()
-        self.assert_ends_well(original)
-        log.wait_for(DONE)
-        self.assert_moved(target, made=[self.GAME + "\\deep"])
-        self.close_copy()
+        self.assert_moves_through_copy(target, target, made=[self.GAME + "\\deep"])
 
     def test_from_outside_and_refused_onto_what_stands(self):
-        launcher = self.begin("--nopatch")
+        launcher = self.launch("--nopatch")
         log = self.boot_log()
         log.wait_for(INSTALLED)
         self.press("move", "C:\\Games\\Tolvan Online 2")
@@ -90,7 +72,7 @@ class MoveTest(LeaveTest):
         self.assertEqual(self.snapshot(), self.before)
         self.assertEqual(self.registered_folder(), self.GAME)
         self.press("move", "D:\\Games", "sub")
-        log.wait_for(DONE)
+        log.wait_for(MOVED)
         self.assert_moved("D:\\Games\\Tolvan Online", made=["D:\\Games"])
         self.assertNotIn(HANDED_OFF, log.texts())
         self.press("close")
@@ -106,7 +88,7 @@ class RelinkTest(LeaveTest):
         self.register_game("C:\\Gone\\Tolvan Online")
         for folder in (self.FOUND, self.OTHER):
             self.lay_game(folder)
-        self.launcher = self.begin()
+        self.launcher = self.launch()
         self.log = self.boot_log()
         self.log.wait_for("route: opening on ManageBroken")
 
@@ -116,7 +98,7 @@ class RelinkTest(LeaveTest):
         self.assertEqual(self.registered_folder(), self.FOUND)
         self.press("close")
         self.assert_ends_well(self.launcher)
-        self.assert_ends_well(self.begin("--nopatch", "--autoquit=0.1"))
+        self.launch_and_quit()
         self.assertIn(INSTALLED, self.boot_log().texts())
 
     def test_search_finds_both_and_relink_keeps_the_other(self):
@@ -129,15 +111,21 @@ class RelinkTest(LeaveTest):
         self.assertEqual(self.snapshot(), before)
 
     def test_relink_deletes_the_other_game_and_nothing_else(self):
+        inside, no_client, no_data = (self.FOUND + "\\inside", "D:\\Backup\\Pictures",
+                                      "D:\\Backup\\No data")
+        self.lay_game(inside)
+        self.machine.write_file(no_client + "\\Data\\me.png", b"a picture")
+        self.place_client(f"{no_data}\\.{LAUNCHER}")
+        # The launcher's own folder and what lies around the game look like games, too.
+        for folder in (self.HOME, "D:\\Games"):
+            self.place_client(f"{folder}\\.{LAUNCHER}")
+            self.machine.make_folder(f"{folder}\\Data")
         before = self.snapshot()
-        no_game = "D:\\Backup\\Pictures"
-        self.machine.write_file(no_game + "\\me.png", b"a picture")
-        self.relink(self.OTHER, no_game, "D:\\Backup", "C:\\Users", self.FOUND)
-        after = self.snapshot()
+        self.relink(self.OTHER, inside, no_client, no_data, "D:\\Games", "D:\\Backup",
+                    self.FOUND, self.FOUND + "\\.", self.HOME, "C:\\Users", "C:\\", "")
         gone = self.names_below(self.OTHER, before)
-        self.assertEqual({name for name in before if name not in after}, gone)
-        self.assertIn("D:/Backup/Pictures/me.png", after)
-        self.assertTrue(all((self.machine.path(self.FOUND) / name).exists() for name in GAME_FILES))
+        self.assertEqual(self.snapshot(),
+                         {name: content for name, content in before.items() if name not in gone})
 
 
 if __name__ == "__main__":

@@ -4,14 +4,17 @@ import os
 import subprocess
 import unittest
 
-from harness import LifeTest, Server, for_machine, wait_until
+from harness import CLIENT, LifeTest, Server, for_machine, wait_until
+from harness.testcase import LAUNCHER_KEY
 
 READY = "spawn: the client reports its login screen is up -- PLAY re-enabled"
 EXITED = "spawn: the client exited before it was ready -- PLAY re-enabled"
 BUSY = "spawn: ignored -- a client is already starting"
 STAYS = "spawn: client started, staying open (CloseAfterStart is off)"
 FAILED = "spawn: FAILED"
-CLIENT = ".Tolvan Online.exe"
+REFUSED = "spawn: refused -- the correct client is not in place yet"
+NO_CHECK = ("clientupdate: CHECK FAILED -- check failed -- "
+            "The manifest request failed (HTTP 500)")
 
 
 class PlayTest(LifeTest):
@@ -30,11 +33,8 @@ class PlayTest(LifeTest):
     def play(self):
         self.press("play")
 
-    def lines(self, text):
-        return self.log.texts().count(text)
-
     def wait_for_lines(self, text, count):
-        wait_until(lambda: self.lines(text) == count, lambda: f"{text!r} {count} times")
+        wait_until(lambda: self.log.count(text) == count, lambda: f"{text!r} {count} times")
 
     def game_log(self):
         path = self.game / "sample_game.log"
@@ -47,7 +47,7 @@ class PlayTest(LifeTest):
         self.play()
         self.log.wait_for(READY)
         self.assert_in_order(["spawn: started", STAYS, BUSY, READY], self.log.texts())
-        self.assertIn(f"program={self.CLIENT}\n", self.game_log())
+        self.assertIn(f"program={self.client_path}\n", self.game_log())
         self.assertIn("arguments=\n", self.game_log())
         # A client that runs is no reason to refuse another one.
         self.play()
@@ -65,13 +65,12 @@ class PlayTest(LifeTest):
         wait_until(lambda: "ready event made" in self.game_log(), "the event is there")
         self.play()
         self.log.wait_for(BUSY)
-        for client in self.machine.processes(CLIENT):
-            os.kill(client, 9)
+        self.machine.kill_all(CLIENT)
         # The event goes with its process, so the end is seen.
         self.log.wait_for(EXITED)
 
     def test_close_after_start(self):
-        self.machine.registry_write(r"Software\TolvanOnline\Launcher", "CloseAfterStart", 1)
+        self.machine.registry_write(LAUNCHER_KEY, "CloseAfterStart", 1)
         launcher, _ = self.start("--nopatch", game="ready=never")
         self.play()
         self.assert_ends_well(launcher)
@@ -96,8 +95,7 @@ class PlayTest(LifeTest):
                 prepare()
                 self.play()
                 self.wait_for_lines(FAILED, number)
-                wait_until(lambda: progress.read()[-1].error_text == message,
-                           lambda: f"{message!r}: {progress.read()[-1]}")
+                progress.wait_for_error(message)
         # RETRY takes the message away and runs a pass, which brings the right client.
         self.press("retry")
         self.log.wait_for("clientupdate: swapped in")
@@ -107,11 +105,10 @@ class PlayTest(LifeTest):
 
     def test_client_that_may_not_be_opened(self):
         _, progress = self.start("--nopatch")
-        release = self.hold(self.CLIENT, sharing=0)
+        release = self.hold(self.client_path)
         self.play()
         self.log.wait_for(FAILED)
-        wait_until(lambda: progress.read()[-1].error_text ==
-                   "The game client could not be opened (error 32)", "the message")
+        progress.wait_for_error("The game client could not be opened (error 32)")
         release()
         self.play()
         self.log.wait_for(READY)
@@ -123,35 +120,31 @@ class PlayTest(LifeTest):
         self.play()
         released = "spawn: this client does not handshake -- released on the old heuristic"
         self.log.wait_for(released)
-        times = {line.text: line.milliseconds for line in self.log.read()}
+        times = self.log.times()
         self.assertGreaterEqual(times[released] - times["spawn: started"], 9_900)
 
     def test_player_without_a_network_keeps_a_game_that_works(self):
         Server.set("*updater.php*=status:500")
         _, progress = self.start()
-        self.log.wait_for("clientupdate: CHECK FAILED -- check failed -- "
-                          "The manifest request failed (HTTP 500)")
+        self.log.wait_for(NO_CHECK)
         self.play()
         self.log.wait_for(READY)
         # Without any client it is another matter.
-        for client in self.machine.processes(CLIENT):
-            os.kill(client, 9)
-        self.machine.wait_for_processes(CLIENT, 0)
+        self.machine.kill_all(CLIENT)
         (self.game / CLIENT).unlink()
         self.press("retry")
-        self.wait_for_lines("clientupdate: CHECK FAILED -- check failed -- "
-                            "The manifest request failed (HTTP 500)", 2)
+        self.wait_for_lines(NO_CHECK, 2)
         self.play()
-        self.log.wait_for("spawn: refused -- the correct client is not in place yet")
-        wait_until(lambda: progress.read()[-1].error_text == "The game client could not be "
-                   "downloaded. Retry, or check your connection.", "the message")
+        self.log.wait_for(REFUSED)
+        progress.wait_for_error("The game client could not be downloaded. Retry, or check your "
+                                "connection.")
 
     def test_play_waits_for_a_client_that_is_on_its_way(self):
         (self.game / CLIENT).write_bytes(for_machine(self.client, "x86"))
         Server.set("*/patcher/Tolvan Online_x64.exe=latency:1500")
         self.start()
         self.play()
-        self.log.wait_for("spawn: refused -- the correct client is not in place yet")
+        self.log.wait_for(REFUSED)
         self.log.wait_for("clientupdate: swapped in")
         self.play()
         self.log.wait_for(READY)

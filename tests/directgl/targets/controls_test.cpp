@@ -131,19 +131,6 @@ TEST_P(ControlsTest, TextIsDrawnWhereItsAlignmentSays) {
             ASSERT_LE(At(x, y)[0], At(x, y)[3] / 64) << "only red at " << x << "," << y;
 }
 
-TEST_P(ControlsTest, BoldMarksMakeTextWiderAndAreNotSeen) {
-    auto* text = Make<Text>(0, 0, 200, 40);
-    text->SetHorizontalAlignment(HorizontalAlignment::Left);
-    text->SetFont(L"Inter");
-    text->SetFontSize(16);
-    text->SetText(L"mmmm mmmm");
-    const int plain = text->GetMeasuredWidth();
-    text->SetText(L"mmmm **mmmm**");
-    EXPECT_GT(text->GetMeasuredWidth(), plain);
-    text->SetText(L"****mmmm mmmm");
-    EXPECT_EQ(text->GetMeasuredWidth(), plain);
-}
-
 TEST_P(ControlsTest, ALongTextIsCutAndScrollsUnderThePointer) {
     auto* framed = Make<FramedText>(20, 20, 80, 30);
     framed->GetLabel()->SetFont(L"Inter");

@@ -1,6 +1,7 @@
 // What the pixels are when the toolkit's shapes are drawn for real.
 
 #include <array>
+#include <cmath>
 
 #include "directgl/frame_window.h"
 #include "directgl/image.h"
@@ -136,6 +137,56 @@ TEST_P(ShapesTest, MasksTakeTheAlphaAndTheTintsColour) {
     EXPECT_TRUE(IsClear(10, 11));
     EXPECT_TRUE(Shows(11, 11, Faded(Blue, 0.5F)));
     EXPECT_TRUE(IsClear(12, 11)) << "the mask ends with its rectangle";
+}
+
+/// An arc of a quarter turn from the top, in the middle of its widget.
+class ArcWidget : public Window {
+public:
+    explicit ArcWidget(Gui* itsGui) : Window(itsGui) {}
+    void Draw() override {
+        Platform::DrawTarget* target = gui->GetTarget();
+        if (!target) return;
+        if (!arc_) arc_ = target->CreateArc(20.0F, -90.0F, 90.0F).object;
+        if (Platform::Brush* brush = gui->GetSolidColorBrush(Red); brush && arc_) {
+            brush->SetOpacity(1.0F);
+            target->DrawArc(*arc_, {100.0F, 50.0F}, turn, *brush, 8.0F);
+        }
+    }
+    void ReleaseDeviceObjects() override {
+        arc_.reset();
+        Window::ReleaseDeviceObjects();
+    }
+    float turn = 0.0F;
+
+private:
+    std::unique_ptr<Platform::Arc> arc_;
+};
+
+TEST_P(ShapesTest, ArcsHaveTheirSweepTheirTurnAndRoundEnds) {
+    auto* widget = Make<ArcWidget>(0, 0, Width, Height);
+    for (const float turn : {0.0F, 90.0F, 200.0F}) {
+        widget->turn = turn;
+        Shoot();
+        const auto at = [&](float degrees, float radius) {
+            const float angle = (degrees + turn) * 3.14159265F / 180.0F;
+            return Point{static_cast<int>(std::floor(100.0F + radius * std::cos(angle))),
+                         static_cast<int>(std::floor(50.0F + radius * std::sin(angle)))};
+        };
+        const auto shows = [&](float degrees, float radius, const ColorRGBA& color) {
+            const Point place = at(degrees, radius);
+            return Shows(place.x, place.y, color);
+        };
+        EXPECT_TRUE(shows(-80.0F, 20.0F, Red));
+        EXPECT_TRUE(shows(-45.0F, 22.0F, Red));
+        EXPECT_TRUE(shows(-10.0F, 18.0F, Red));
+        EXPECT_TRUE(shows(-96.0F, 20.0F, Red)) << "within the round start";
+        EXPECT_TRUE(shows(6.0F, 20.0F, Red)) << "within the round end";
+        EXPECT_TRUE(shows(-108.0F, 20.0F, {}));
+        EXPECT_TRUE(shows(18.0F, 20.0F, {}));
+        EXPECT_TRUE(shows(-45.0F, 14.0F, {}));
+        EXPECT_TRUE(shows(-45.0F, 26.0F, {}));
+        EXPECT_TRUE(shows(135.0F, 20.0F, {}));
+    }
 }
 
 }  // namespace

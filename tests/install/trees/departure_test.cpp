@@ -83,6 +83,8 @@ TEST_P(Departure, AnUninstallTakesTheTreeTheKeysAndTheLinks) {
     engine.CancelInstall();  // it only cuts the time short for which each stage is shown
     ASSERT_TRUE(WaitUntil([&] { return !engine.GetProgress().running; }));
     EXPECT_EQ(engine.GetProgress().done, heldPath_.empty());
+    EXPECT_EQ(engine.GetProgress().error,
+              heldPath_.empty() ? L"" : L"The install folder could not be removed: " + Game());
 
     Snapshot after = TakeSnapshot();
     TakeOut(before_, Game());

@@ -1,4 +1,6 @@
+#include <future>
 #include <gtest/gtest.h>
+#include <vector>
 
 #include "patch/fetch.h"
 #include "platform/files.h"
@@ -12,8 +14,6 @@ using TestSupport::MakeTestFolder;
 using TestSupport::ReadText;
 using TestSupport::WriteText;
 using namespace TestServer;
-
-constexpr std::size_t Mebibyte = 1024 * 1024;
 
 /// One FetchFile with everything that it tells.
 struct Fetched {
@@ -105,16 +105,24 @@ TEST(FetchFile, LeavesNothingAndSaysWhyWhenTheServerFails) {
     }
 }
 
-TEST(FetchFile, StopsAtACancelWithoutAText) {
-    const Misbehaviour misbehaviour("file=junk:10M");
-    const std::wstring destination = MakeTestFolder() + L"\\file";
-    for (const int blocks : {0, 1, 20}) {
-        Fetched fetched;
-        fetched.cancelled = [&] { return fetched.sunk.size() >= blocks * 65'536u; };
-        EXPECT_FALSE(fetched.Run(Https(L"file"), destination));
-        EXPECT_EQ(fetched.errorText, L"untouched");
-        EXPECT_LT(fetched.sunk.size(), 10 * Mebibyte);
-        EXPECT_FALSE(Platform::PathExists(destination));
+TEST(FetchFile, WorksOnThreadsAtOnce) {
+    const Misbehaviour misbehaviour("file=big:4200000");
+    const std::string body = BigBody(4'200'000);
+    const std::wstring folder = MakeTestFolder();
+    std::vector<std::future<bool>> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.push_back(std::async(std::launch::async, [&, i] {
+            const std::wstring destination = folder + L"\\" + std::to_wstring(i);
+            bool good = true;
+            for (int turn = 0; turn < 5; ++turn) {
+                good = FetchFile(Https(L"file"), destination, {}, {}, nullptr, {}) &&
+                       ReadText(destination) == body && good;
+            }
+            return good;
+        }));
+    }
+    for (std::future<bool>& thread : threads) {
+        EXPECT_TRUE(thread.get());
     }
 }
 

@@ -57,15 +57,4 @@ TEST(FetchText, SaysWhyThereIsNoText) {
     }
 }
 
-TEST(FetchText, StopsAtACancelWithoutAText) {
-    const Misbehaviour misbehaviour("text=endless");
-    int asked = 0;
-    std::string text = "old";
-    std::wstring errorText = L"untouched";
-    EXPECT_FALSE(
-        FetchText(Https(L"text"), text, &errorText, 1'000'000'000, [&] { return ++asked > 10; }));
-    EXPECT_EQ(errorText, L"untouched");
-    EXPECT_EQ(text, "");
-}
-
 }  // namespace

@@ -9,13 +9,14 @@ CTest sets them; see tests/system/CMakeLists.txt.
 
 from .boot_log import BootLog
 from .game import PublishedGame, make_files, read_files, wrapped, write_files
-from .lifecase import LifeTest, another_build, for_machine
+from .lifecase import CLIENT, LifeTest, UpdateTest, another_build, for_machine
 from .machine import LAUNCHER, Machine, Program
 from .progress import Progress
 from .server import Server
 from .testcase import REVEALS, GameTest, MachineTest
 from .waiting import wait_until
 
-__all__ = ["LAUNCHER", "REVEALS", "BootLog", "GameTest", "LifeTest", "Machine", "MachineTest",
-           "Program", "Progress", "PublishedGame", "Server", "another_build", "for_machine",
-           "make_files", "read_files", "wait_until", "wrapped", "write_files"]
+__all__ = ["CLIENT", "LAUNCHER", "REVEALS", "BootLog", "GameTest", "LifeTest", "Machine",
+           "MachineTest", "Program", "Progress", "PublishedGame", "Server", "UpdateTest",
+           "another_build", "for_machine", "make_files", "read_files", "wait_until", "wrapped",
+           "write_files"]

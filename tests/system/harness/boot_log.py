@@ -41,6 +41,18 @@ class BootLog:
     def texts(self):
         return [line.text for line in self.read()]
 
+    def count(self, text):
+        return self.texts().count(text)
+
+    def times(self):
+        """The milliseconds of each text, the last ones if there are several."""
+        return {line.text: line.milliseconds for line in self.read()}
+
+    def wait_for_beginning(self, beginning):
+        """Waits for a line that begins so."""
+        wait_until(lambda: any(text.startswith(beginning) for text in self.texts()),
+                   lambda: f"{beginning!r} in the boot log, which holds {self.texts()}")
+
     def wait_for(self, *texts, **patience):
         """Waits for a line that is equal to one of the texts, and returns that text."""
         def look():

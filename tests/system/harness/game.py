@@ -9,6 +9,8 @@ import tempfile
 import zlib
 from pathlib import Path
 
+LIST = "scripts/index.txt"
+
 
 def wrapped(payload):
     """The payload as game data files carry it."""
@@ -52,9 +54,13 @@ class PublishedGame:
                 command += [f"--{name.replace('_', '-')}", folder / name]
             subprocess.run(command, check=True, capture_output=True)
 
+    def served(self, path):
+        """Where a file lies that is served at this path below the address."""
+        return self._tree / "current" / path
+
     def serve(self, path, content):
         """Serves a file that no publisher would make."""
-        served = self._tree / "current" / path
+        served = self.served(path)
         # The file may be shared with an earlier release.
         served.unlink(missing_ok=True)
         write_files(served.parent, {served.name: content})
@@ -65,10 +71,9 @@ class PublishedGame:
         self.serve(f"scripts/updater/{program}.txt", b"%d %d\n" % (zlib.crc32(content),
                                                                   len(content)))
 
-    def append_to_list(self, line):
-        """Enters a line that no publisher would make in the list that is served."""
-        served = self._tree / "current" / "scripts" / "index.txt"
-        self.serve("scripts/index.txt", served.read_bytes() + line)
+    def put_before_list(self, lines):
+        """Lets the list that is served begin with lines that no publisher would make."""
+        self.serve(LIST, lines + self.served(LIST).read_bytes())
 
     def url(self, base=None):
         """What a launcher takes as TOLVAN_PATCH_URL."""

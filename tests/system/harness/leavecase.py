@@ -7,12 +7,11 @@ import re
 from .boot_log import BootLog
 from .game import write_files
 from .machine import LAUNCHER
-from .testcase import UNINSTALL_KEY, MachineTest
+from .testcase import HELPER_FOLDER, SETTINGS_KEY, UNINSTALL_KEY, MachineTest
 from .waiting import wait_until
 
-BUTTONS = "C:\\buttons.txt"
-HELPER = "C:\\Helper\\tolvan_helper.exe"
-PRODUCT_KEY = r"Software\TolvanOnline"
+MOVED = "move: done, code 0, error 0, copy 0"
+INSTALLED = "route: hasKey=1 hasDir=1 hasClient=1 -> INSTALLED (patch + play)"
 WORKING_PREFIX = "@tolvan_op_"
 
 GAME_FILES = {
@@ -32,15 +31,6 @@ class LeaveTest(MachineTest):
     """A game whose folder holds the launcher and the client, with look-alikes beside it. Its entry
     and its links are made by the launcher itself."""
 
-    def setUp(self):
-        super().setUp()
-        self.prepare()
-
-    def prepare(self):
-        self.machine.environment["TOLVAN_BUTTON_FILE"] = BUTTONS
-        self.machine.place_program("tolvan_helper.exe", HELPER)
-        self.place_launcher(f"{self.HOME}\\{LAUNCHER}")
-
     # What is installed
 
     def lay_game(self, folder):
@@ -55,10 +45,10 @@ class LeaveTest(MachineTest):
         self.lay_game(before)
         write_files(self.machine.path(folder).parent, NEIGHBOURS)
         self.register_game(before)
-        self.machine.registry_write(rf"{PRODUCT_KEY}\Settings", "LANGUAGE", 3)
-        mover = self.begin("--nopatch")
+        self.machine.registry_write(SETTINGS_KEY, "LANGUAGE", 3)
+        mover = self.launch("--nopatch")
         self.press("move", folder)
-        self.boot_log().wait_for("move: done, code 0, error 0, copy 0")
+        self.boot_log().wait_for(MOVED)
         self.press("close")
         self.assert_ends_well(mover)
         self.machine.path("C:\\Before").rmdir()
@@ -69,9 +59,9 @@ class LeaveTest(MachineTest):
         if not self.machine.is_wine:
             return self.machine.registry_read(UNINSTALL_KEY, name)
         # What Wine's reg prints has the letters of one code page only.
-        exported = self.machine.path("C:\\Helper") / "entry.reg"
+        exported = self.machine.make_folder(HELPER_FOLDER) / "entry.reg"
         exported.unlink(missing_ok=True)
-        self.machine._run("reg", "export", f"HKCU\\{UNINSTALL_KEY}", "C:\\Helper\\entry.reg")
+        self.machine._run("reg", "export", f"HKCU\\{UNINSTALL_KEY}", f"{HELPER_FOLDER}\\entry.reg")
         text = exported.read_text("utf-16") if exported.exists() else ""
         match = re.search(rf'^"{name}"="(.*)"$', text, re.M)
         return match and re.sub(r"\\(.)", r"\1", match[1])
@@ -109,22 +99,22 @@ class LeaveTest(MachineTest):
         return {name for name in snapshot
                 if name.lower() == prefix or name.lower().startswith(prefix + "/")}
 
+    def tree(self, windows_path, snapshot):
+        """What lies in a folder, by names relative to it."""
+        return {name[len(windows_path):]: snapshot[name]
+                for name in self.names_below(windows_path, snapshot)
+                if len(name) > len(windows_path)}
+
     # Running the launcher
 
-    def begin(self, *switches, program=None, **environment):
-        self.machine.path(BUTTONS).unlink(missing_ok=True)
-        return self.launch(*switches, program=program, **environment)
+    def launch_and_quit(self, program=None):
+        self.assert_ends_well(self.launch("--nopatch", "--autoquit=0.1", program=program))
 
-    def begin_from_entry(self, **environment):
+    def launch_from_entry(self):
         """Runs the command of the installed entry, as the system does for the player."""
         command = self.entry("UninstallString")
         program, _, arguments = command[1:].partition('" ')
-        return self.begin(*arguments.split(), program=program, **environment)
-
-    def press(self, *button):
-        """Presses a button of the launchers that run."""
-        with open(self.machine.path(BUTTONS), "ab") as file:
-            file.write("\t".join(button).encode() + b"\n")
+        return self.launch(*arguments.split(), program=program)
 
     def working_folders(self):
         return list(self.machine.path("C:\\Users").rglob(WORKING_PREFIX + "*"))
@@ -147,10 +137,5 @@ class LeaveTest(MachineTest):
     def assert_working_folder_goes(self):
         if self.machine.is_wine:
             # There is no command to wait with, so the folder goes at the next start.
-            self.assert_ends_well(self.begin("--autoquit=0.1", "--nopatch"))
+            self.launch_and_quit()
         wait_until(lambda: not self.working_folders(), "the working folder goes")
-
-    def start_helper(self, program, *words):
-        """Starts a copy of the helper program under another name."""
-        self.machine.place_program("tolvan_helper.exe", program)
-        return self.machine.start(program, "|".join(words))

@@ -5,14 +5,11 @@ import struct
 
 from .game import PublishedGame, make_files, read_files
 from .machine import LAUNCHER
-from .progress import INSTALL_ENDS, Progress
+from .progress import INSTALL_ENDS
 from .server import Server
-from .testcase import MachineTest
-from .waiting import wait_until
+from .testcase import HELPER_FOLDER, MachineTest
 
-BUTTONS = "C:\\buttons.txt"
-PROGRESS = "C:\\progress.tsv"
-HELPER = "C:\\Helper\\tolvan_helper.exe"
+CLIENT = "." + LAUNCHER
 HIDDEN_AND_SYSTEM = 6
 
 _MACHINES = {"x86": (3, 0x014C), "x64": (62, 0x8664), "arm64": (183, 0xAA64)}
@@ -50,32 +47,20 @@ class LifeTest(MachineTest):
             client_x86=for_machine(self.client, "x86"), launcher=self.launcher)
         self.addCleanup(self.published.close)
         self.addCleanup(Server.clear)
-        self.machine.place_program("tolvan_helper.exe", HELPER)
-
-    # Running the launcher
-
-    def begin(self, *switches, program=None, **environment):
-        """Starts the launcher; returns it and what it reports."""
-        report = self.machine.path(PROGRESS)
-        for left in (report, self.machine.path(BUTTONS)):
-            left.unlink(missing_ok=True)
         self.machine.environment.update(
             TOLVAN_PATCH_URL=self.published.url(), TOLVAN_ASSETS_URL=self.published.url(),
-            TOLVAN_PROBE_URL=os.environ["TOLVAN_TEST_HTTP"], TOLVAN_PROGRESS_FILE=PROGRESS,
-            TOLVAN_BUTTON_FILE=BUTTONS)
-        program = self.launch(*switches, program=program, **environment)
-        return program, Progress(report)
+            TOLVAN_PROBE_URL=os.environ["TOLVAN_TEST_HTTP"])
 
-    def press(self, *button):
-        """Presses a button of the launcher that runs."""
-        with open(self.machine.path(BUTTONS), "ab") as file:
-            file.write("\t".join(button).encode() + b"\n")
+    # Installing
 
-    def begin_install(self, *options, folder=None):
+    def press_install(self, *options):
+        self.press("install", self.GAME, "1", *options)
+
+    def begin_install(self, *options):
         """Starts the launcher and an install; returns what it reports."""
         self.installer, progress = self.begin()
         self.wait_until_quiet()
-        self.press("install", folder or self.GAME, "1", *options)
+        self.press_install(*options)
         progress.wait_for("Install")
         return progress
 
@@ -86,10 +71,13 @@ class LifeTest(MachineTest):
         """Goes on with a failed install and returns how that ends."""
         before = len(progress.read())
         self.press("install-retry")
-        return wait_until(
-            lambda: next((moment for moment in progress.read()[before:]
-                          if moment.state in INSTALL_ENDS), None),
-            lambda: f"the install ends: {progress.read()[-1]}")
+        return progress.wait_for(*INSTALL_ENDS, start=before)
+
+    def assert_failed(self, end, title, error):
+        """An install has failed in the stage of this title; the error text fits the pattern."""
+        self.assertEqual(end.state, "InstallFailed")
+        self.assertRegex(end.error_text, f"^{error}$")
+        self.assertEqual(end.current_file.split(" | ")[0], f"Failed: {title}")
 
     # What is installed
 
@@ -103,7 +91,7 @@ class LifeTest(MachineTest):
         self.register_game()
         contents = {f"Data/{name}": content
                     for name, content in (files or self.published.files).items()}
-        contents[".Tolvan Online.exe"] = client or self.client
+        contents[CLIENT] = client or self.client
         contents[LAUNCHER] = launcher or self.launcher
         for name, content in contents.items():
             path = self.machine.write_file(f"{self.GAME}\\" + name.replace("/", "\\"), content)
@@ -118,21 +106,45 @@ class LifeTest(MachineTest):
 
     def read_link(self, link):
         """Target, working folder and description of a shell link, as the shell gives them."""
-        report = "C:\\Helper\\link.txt"
-        helper = self.machine.start(HELPER, f"read-link|{link}|{report}")
+        report = f"{HELPER_FOLDER}\\link.txt"
+        helper = self.start_helper("read-link", link, report)
         self.assertEqual(helper.wait(), 0, f"{link} is no link")
         return self.machine.path(report).read_text().split("\n")[:3]
 
-    def hold(self, windows_path, access=1, sharing=0):
-        """Another program holds a file open, with the numbers of FileAccess and FileSharing, until
-        the returned function is called."""
-        ready, stop = (f"C:\\Helper\\{len(self.machine.find('Helper/*'))}.{kind}"
-                       for kind in ("ready", "stop"))
-        helper = self.machine.start(
-            HELPER, f"open|{windows_path}|{access}|{sharing}|{ready}|{stop}")
-        wait_until(self.machine.path(ready).exists, f"{windows_path} is held")
 
-        def release():
-            self.machine.path(stop).touch()
-            helper.wait()
-        return release
+class UpdateTest(LifeTest):
+    """An installed game whose launcher or client (OLDER) is not the published one."""
+
+    OLDER = ()
+
+    def setUp(self):
+        super().setUp()
+        self.new = {LAUNCHER: self.launcher, CLIENT: self.client}
+        self.old = {name: another_build(content, "older") if name in self.OLDER else content
+                    for name, content in self.new.items()}
+        self.lay(self.old)
+
+    def lay(self, programs):
+        """Lays the game into the folder with these programs."""
+        self.program = self.lay_installed(client=programs[CLIENT], launcher=programs[LAUNCHER])
+        self.log = self.boot_log(self.GAME)
+
+    def begin_run(self, *switches):
+        return self.begin(*switches, program=self.program)
+
+    def programs(self, *names):
+        """What lies in the folder under the names, by default of both programs, and under names
+        made of them."""
+        return {name: content for name, content in self.installed().items()
+                if name.startswith(names or (LAUNCHER, CLIENT))}
+
+    def assert_refused(self, telling):
+        """A run writes a line that begins so, comes to Ready, and leaves the programs as they
+        were."""
+        self.log.path.unlink(missing_ok=True)
+        launcher, progress = self.begin_run()
+        progress.wait_for("Ready")
+        self.log.wait_for_beginning(telling)
+        self.assert_files(self.programs(), self.old)
+        self.assert_runs(launcher)
+        launcher.kill()

@@ -7,6 +7,17 @@ from .waiting import wait_until
 INSTALL_ENDS = ("InstallDone", "InstallFailed")
 TERMINAL = ("Ready", "ErrNetwork", "ErrDownload", "ErrFatal")
 
+# How a pass may end: the state and its error text.
+READY = ("Ready", "")
+NOT_DOWNLOADED = ("ErrDownload", "The update list could not be downloaded.")
+EMPTY = ("ErrFatal", "The update list came back empty.")
+UNREADABLE = ("ErrFatal", "The update list was empty or could not be read.")
+NOT_MATCHING = ("ErrFatal", "Some files still do not match after updating.")
+
+
+def not_verified(name):
+    return ("ErrDownload", f"A file could not be downloaded or did not verify: Data/{name}")
+
 
 class Moment(NamedTuple):
     time: float
@@ -43,11 +54,16 @@ class Progress:
                 states.append(moment.state)
         return states
 
-    def wait_for(self, *states, **patience):
+    def wait_for(self, *states, start=0, **patience):
         """Waits for one of the states and returns the moment it was reached."""
         def look():
-            return next((moment for moment in self.read() if moment.state in states), None)
+            return next((moment for moment in self.read()[start:] if moment.state in states), None)
         return wait_until(look, lambda: f"{' or '.join(states)}, but {self.states()}", **patience)
+
+    def wait_for_error(self, text):
+        """Waits until the last moment has the error text."""
+        wait_until(lambda: self.read()[-1].error_text == text,
+                   lambda: f"{text!r}, but {self.read()[-1]}")
 
     def wait_for_current(self, text, start=0, **patience):
         """Waits until text is in the present file, or in an install's title and status."""

@@ -8,11 +8,19 @@ from .game import PublishedGame, make_files, read_files, write_files
 from .machine import LAUNCHER, Machine
 from .progress import Progress
 from .server import Server
+from .waiting import wait_until
 
 # Which of them it is depends on how busy this system is.
 REVEALS = ("reveal: composited surface shown, releasing the previous instance",
            "reveal: no composite within 250 ms -- showing anyway")
 UNINSTALL_KEY = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\TolvanOnline"
+SETTINGS_KEY = r"Software\TolvanOnline\Settings"
+LAUNCHER_KEY = r"Software\TolvanOnline\Launcher"
+
+BUTTONS = "C:\\buttons.txt"
+PROGRESS = "C:\\progress.tsv"
+HELPER_NAME = "tolvan_helper.exe"
+HELPER_FOLDER = "C:\\Helper"
 
 
 class MachineTest(unittest.TestCase):
@@ -20,21 +28,42 @@ class MachineTest(unittest.TestCase):
 
     HOME = "C:\\Launcher"
     GAME = "C:\\Games\\Tolvan Online"
-    CLIENT = GAME + "\\.Tolvan Online.exe"
 
     def setUp(self):
+        self.take_machine()
+
+    def take_machine(self):
         self.machine = Machine()
         self.addCleanup(self.machine.close)
+        self.machine.environment["TOLVAN_BUTTON_FILE"] = BUTTONS
         self.place_launcher(f"{self.HOME}\\{LAUNCHER}")
+
+    @property
+    def client_path(self):
+        return f"{self.GAME}\\.{LAUNCHER}"
 
     def place_launcher(self, windows_path):
         self.machine.place_program(LAUNCHER, windows_path)
         return windows_path
 
+    # Running the launcher
+
     def launch(self, *switches, program=None, **environment):
         """Starts the launcher."""
+        self.machine.path(BUTTONS).unlink(missing_ok=True)
         path = program or f"{self.HOME}\\{LAUNCHER}"
         return self.machine.start(path, *switches, **environment)
+
+    def begin(self, *switches, **options):
+        """Starts the launcher; returns it and what it reports."""
+        report = self.machine.path(PROGRESS)
+        report.unlink(missing_ok=True)
+        return self.launch(*switches, TOLVAN_PROGRESS_FILE=PROGRESS, **options), Progress(report)
+
+    def press(self, *button):
+        """Presses a button of the launchers that run."""
+        with open(self.machine.path(BUTTONS), "ab") as file:
+            file.write("\t".join(button).encode() + b"\n")
 
     def boot_log(self, folder=None):
         return BootLog(self.machine.path(folder or self.HOME) / "launcher_boot.log")
@@ -48,9 +77,44 @@ class MachineTest(unittest.TestCase):
         """Enters the folder in the registry as the installed game."""
         self.machine.registry_write(UNINSTALL_KEY, "InstallLocation", folder or self.GAME)
 
-    def place_client(self, windows_path=CLIENT):
+    def place_client(self, windows_path=None):
         """Something that counts as the game's client: any file that is not the launcher."""
-        return self.machine.write_file(windows_path, b"a client")
+        return self.machine.write_file(windows_path or self.client_path, b"a client")
+
+    # Another program
+
+    def start_helper(self, *words, program=f"{HELPER_FOLDER}\\{HELPER_NAME}"):
+        """Starts the helper program, maybe under another name."""
+        if not self.machine.path(program).exists():
+            self.machine.place_program(HELPER_NAME, program)
+        return self.machine.start(program, "|".join(words))
+
+    def stay(self, *words, **where):
+        """The helper program stays until the returned function is called; its id on the machine
+        and that. Words are what it is to do meanwhile."""
+        folder = self.machine.make_folder(HELPER_FOLDER)
+        ready, stop = (f"{len(list(folder.iterdir()))}.{kind}" for kind in ("ready", "stop"))
+        helper = self.start_helper(*(words or ["stay"]), f"{HELPER_FOLDER}\\{ready}",
+                                   f"{HELPER_FOLDER}\\{stop}", **where)
+        wait_until((folder / ready).exists, f"the helper stays: {words}")
+
+        def release():
+            (folder / stop).touch()
+            helper.wait()
+        return (folder / ready).read_text(), release
+
+    def hold(self, windows_path, access=1, sharing=0):
+        """Another program holds a file open, with the numbers of FileAccess and FileSharing, until
+        the returned function is called."""
+        return self.stay("open", windows_path, str(access), str(sharing))[1]
+
+    # Findings
+
+    def assert_files(self, found, expected):
+        """The same names with the same contents, which are too long to be shown."""
+        self.assertEqual(sorted(found), sorted(expected))
+        for name, content in expected.items():
+            self.assertTrue(found[name] == content, f"{name} is another one")
 
     def assert_ends_well(self, program):
         """The program ends by itself with the exit code 0."""
@@ -76,11 +140,15 @@ class GameTest(MachineTest):
     """On top of that, a published game that is registered as installed, with its client and none
     of its data. For tests with a tolvan-server beside them."""
 
+    FILES = make_files(30)
+
     def setUp(self):
         super().setUp()
-        self.game = PublishedGame(make_files(30))
-        self.addCleanup(self.game.close)
+        self.published = PublishedGame(self.FILES)
+        self.addCleanup(self.published.close)
         self.addCleanup(Server.clear)
+        self.machine.environment.update(TOLVAN_PATCH_URL=self.published.url(),
+                                        TOLVAN_PROBE_URL=os.environ["TOLVAN_TEST_HTTP"])
         self.register_game()
         self.place_client()
 
@@ -95,11 +163,10 @@ class GameTest(MachineTest):
     def installed(self):
         return read_files(self.data)
 
-    def launch_on_game(self, *switches, url=None):
-        """Starts the launcher on the game; returns it and what it reports."""
-        report = self.machine.path("C:\\") / "progress.tsv"
-        report.unlink(missing_ok=True)
-        program = self.launch(*switches, TOLVAN_PATCH_URL=url or self.game.url(),
-                              TOLVAN_PROBE_URL=os.environ["TOLVAN_TEST_HTTP"],
-                              TOLVAN_PROGRESS_FILE="C:\\progress.tsv")
-        return program, Progress(report)
+    def assert_pass(self, end, files, url=None):
+        """A pass ends with this state and error text, and leaves these files."""
+        launcher, progress = self.begin(TOLVAN_PATCH_URL=url or self.published.url())
+        last = progress.wait_for_end()
+        launcher.kill()
+        self.assertEqual((last.state, last.error_text), end)
+        self.assertEqual(self.installed(), files)

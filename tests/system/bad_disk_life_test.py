@@ -105,6 +105,10 @@ class InstallTest(LifeTest):
                               **{"readme.txt": b"mine", "aside/inside.txt": b"kept"})
         (self.game / "aside" / "inside.txt").unlink()
 
+        self.machine.write_file(f"{self.GAME}\\Data", b"a file")
+        self.fail_install(DATA_STAGE, f"Download failed: c.dat  -  {NOT_MADE}")
+        (self.game / "Data").unlink()
+
         make_writable = make_read_only(self, self.game)
         self.fail_install(DATA_STAGE, re.escape(
             f"Could not create the data folder: {self.GAME}\\Data\\"))

@@ -143,7 +143,7 @@ void AppLoop::RevealWindow(double) {
     revealPending_ = false;
     if (Platform::NativeWindow* window = gui_.GetWindow()) {
         window->Show();
-        window->BringToForeground();
+        window->Activate();
     }
     BootLog(reveal == Reveal::Composited
                 ? "reveal: composited surface shown, releasing the previous instance"
@@ -152,7 +152,8 @@ void AppLoop::RevealWindow(double) {
 }
 
 void AppLoop::FollowPredecessor(double) {
-    if (!predecessor_.IsAwaited() || revealPending_) return;
+    // Who is closed meanwhile begins nothing.
+    if (!predecessor_.IsAwaited() || revealPending_ || g_state == State::Halt) return;
     const Wait wait = predecessor_.Look();
     if (wait == Wait::Pending) return;
     // Whether another one is there does not matter: this one was sent to stay.
@@ -169,7 +170,7 @@ void AppLoop::FollowPredecessor(double) {
 }
 
 void AppLoop::TakeTreeOver(double) {
-    takeOver_.Step();
+    if (g_state != State::Halt) takeOver_.Step();
 }
 
 void AppLoop::CountTick(double) {

@@ -70,7 +70,10 @@ public:
     /// Any thread.
     virtual bool IsMinimized() const = 0;
     virtual bool IsForeground() const = 0;
-    /// Raises the window and gives it the keyboard, as far as the system lets a program do that.
+    /// Asks for the place in front and the keyboard. The system may refuse it to a program that the
+    /// user has turned away from.
+    virtual void Activate() = 0;
+    /// As Activate, also past the program in front, as far as the system lets a program do that.
     virtual void BringToForeground() = 0;
 
     /// The frame's rectangle on the desktop.

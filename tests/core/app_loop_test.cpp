@@ -98,6 +98,14 @@ TEST_F(AppLoopTest, WaitsForThePredecessorOnlyOnceItIsRevealed) {
     EXPECT_FALSE(later.Join());
 }
 
+TEST_F(AppLoopTest, StaysClosedWhenItsPredecessorGoes) {
+    g_installDir = L"C:\\NoSuchGame";
+    ConfigurePatch();
+    loop_.AwaitPredecessor(0, true);
+    g_state = State::Halt;
+    EXPECT_EQ(StateAfterTick(1.0), State::Halt);
+}
+
 TEST_F(AppLoopTest, IsShownWithItsFirstFrame) {
     loop_.ArmReveal();
     StateAfterTick(1.0);

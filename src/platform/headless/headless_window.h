@@ -31,6 +31,7 @@ public:
     bool IsVisible() const override { return visible_; }
     bool IsMinimized() const override { return minimized_; }
     bool IsForeground() const override { return foreground_; }
+    void Activate() override { BringToForeground(); }
     void BringToForeground() override { foreground_ = true; }
     Rect GetFrameRect() const override;
     Size GetClientSize() const override;

@@ -37,6 +37,7 @@ public:
     bool IsVisible() const override;
     bool IsMinimized() const override { return minimized_; }
     bool IsForeground() const override;
+    void Activate() override { BringToForeground(); }
     void BringToForeground() override;
     Rect GetFrameRect() const override;
     Size GetClientSize() const override;

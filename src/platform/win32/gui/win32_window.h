@@ -40,6 +40,7 @@ public:
     bool IsVisible() const override { return IsWindowVisible(window_) != FALSE; }
     bool IsMinimized() const override { return IsIconic(window_) != FALSE; }
     bool IsForeground() const override;
+    void Activate() override { SetForegroundWindow(window_); }
     void BringToForeground() override;
     Rect GetFrameRect() const override;
     Size GetClientSize() const override;

@@ -109,7 +109,6 @@ MoveProgress GetMoveProgress() {
 }
 
 void StopMove() {
-    g_move.worker.RequestStop();
     g_move.worker.Join();
 }
 

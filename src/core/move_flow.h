@@ -30,7 +30,7 @@ void ContinueMove(const HandoffArgs& handoff);
 void FollowMove();
 MoveProgress GetMoveProgress();
 
-/// Ends a copy across drives between two files, lets anything else come to its end, and waits.
+/// Waits for a move to come to its end: the teardown. Half a copy would be in the way of the next.
 void StopMove();
 
 }  // namespace Launcher

@@ -17,6 +17,8 @@ constexpr std::uint64_t SettleMilliseconds = 250;
 void TakeOver::Arm(const HandoffArgs& handoff) {
     // Whoever is given these switches and is no copy stands in the folder's way himself.
     if (wasArmed_ || handoff.op == HandoffOperation::None || !IsHandoffCopy()) return;
+    // A move to nowhere is for the player to complete.
+    if (handoff.op == HandoffOperation::Move && handoff.dest.empty()) return;
     wasArmed_ = true;
     handoff_ = handoff;
     BootLog(handoff.op == HandoffOperation::Move

@@ -78,6 +78,14 @@ class MoveTest(LeaveTest):
         self.press("close")
         self.assert_ends_well(launcher)
 
+    def test_a_move_that_has_begun_comes_to_its_end_before_the_program(self):
+        launcher = self.begin("--nopatch")
+        self.boot_log().wait_for(INSTALLED)
+        # Both buttons in one look at the file, so before the first file is copied.
+        self.press("move", "D:\\Games", "sub\nclose")
+        self.assert_ends_well(launcher)
+        self.assert_moved("D:\\Games\\Tolvan Online", made=["D:\\Games"])
+
 
 class RelinkTest(LeaveTest):
     FOUND = "D:\\Games\\Tolvan Online"

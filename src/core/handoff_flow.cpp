@@ -22,7 +22,7 @@ Handoff g_handoff;
 
 void BeginHandoff(const HandoffRequest& request,
                   std::function<void(const std::wstring& reason)> onFailure) {
-    if (IsHandingOff() || IsBeingReplaced()) return;
+    if (IsBeingReplaced()) return;
     // Before the copy can look for it.
     g_standDown.Event().Create();
     g_handoff.onFailure = std::move(onFailure);

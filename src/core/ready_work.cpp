@@ -2,7 +2,9 @@
 
 #include "common/boot_log.h"
 #include "core/globals.h"
+#include "core/move_flow.h"
 #include "core/play.h"
+#include "core/relink_flow.h"
 #include "core/run.h"
 #include "platform/text.h"
 
@@ -11,6 +13,12 @@ namespace Launcher {
 namespace {
 
 constexpr double SecondsBetweenClientSwaps = 2.0;
+
+/// The folder is being installed into, removed, moved or made the game's.
+bool IsMaintaining() {
+    return g_installEngine.GetProgress().running || GetMoveProgress().state == MoveState::Moving ||
+           IsRelinking();
+}
 
 /// How the log tells of an outcome, before its detail; null for one that is not told.
 const char* Telling(SelfUpdateOutcome outcome) {
@@ -57,7 +65,7 @@ void ReadyWork::FollowSelfUpdate(Platform::NativeWindow* window) {
 
 void ReadyWork::SwapLauncher(Platform::NativeWindow* window) {
     // Whatever is on ends first.
-    if (IsBeingReplaced() || IsSpawning() || g_installEngine.GetProgress().running) return;
+    if (IsBeingReplaced() || IsSpawning() || IsMaintaining()) return;
     selfUpdateDone_ = true;
     BootLog("selfupdate: staged -> swapping and relaunching");
     std::optional<WindowPosition> position;
@@ -73,8 +81,8 @@ void ReadyWork::SwapLauncher(Platform::NativeWindow* window) {
 }
 
 void ReadyWork::SwapClient() {
-    if (IsBeingReplaced() || g_clientUpdate.Swap() != ClientSwap::Deferred) return;
-    if (clientWaitLogged_) return;
+    if (IsBeingReplaced() || IsMaintaining()) return;
+    if (g_clientUpdate.Swap() != ClientSwap::Deferred || clientWaitLogged_) return;
     clientWaitLogged_ = true;
     BootLog("clientupdate: a client update is waiting for a launch with no game running");
 }

@@ -76,13 +76,17 @@ std::vector<std::wstring> TakeFoundCopies() {
 }
 
 void BeginRelink(const std::wstring& folder, bool deleteOthers, std::vector<std::wstring> others) {
-    if (g_relink.worker.Poll() != Worker::Status::Idle || !IsSafeFolder(folder)) return;
+    if (IsRelinking() || !IsSafeFolder(folder)) return;
     g_relink.folder = NormalisePath(folder);
     g_relink.worker.Start([folder = g_relink.folder, deleteOthers,
                            others = std::move(others)](const std::stop_token&) {
         g_relink.deleted = RelinkInstallation(folder, deleteOthers, others);
         return true;
     });
+}
+
+bool IsRelinking() {
+    return g_relink.worker.Poll() != Worker::Status::Idle;
 }
 
 void FollowRelink() {

@@ -18,6 +18,9 @@ std::vector<std::wstring> TakeFoundCopies();
 /// Makes the folder the game's. With deleteOthers the other copies go.
 void BeginRelink(const std::wstring& folder, bool deleteOthers, std::vector<std::wstring> others);
 
+/// The folder is being made the game's.
+bool IsRelinking();
+
 /// Looks how both go. Every tick.
 void FollowRelink();
 /// How many copies the last relink has deleted.

@@ -3,6 +3,7 @@
 #include "common/boot_log.h"
 #include "common/deployment.h"
 #include "core/globals.h"
+#include "core/handoff_flow.h"
 #include "install/settings_store.h"
 #include "platform/text.h"
 #include "update/launcher_swap.h"
@@ -45,7 +46,7 @@ void RetryRun(bool repair, bool checkOnly) {
 }
 
 bool IsBeingReplaced() {
-    return g_standDown.IsUnderWay();
+    return g_standDown.IsUnderWay() || IsHandingOff();
 }
 
 bool MayRepair(const char* name) {

@@ -13,7 +13,7 @@ void StartRun(bool checkOnly);
 /// The button of a terminal state: begins again, with a full check when repair is set.
 void RetryRun(bool repair, bool checkOnly);
 
-/// Another process is taking this one's place: nothing new may begin.
+/// Another process is taking this one's place, or is being made for that: nothing new may begin.
 bool IsBeingReplaced();
 
 /// Whether a repair, named for the log, may begin: not during a patch pass, not while a client runs

@@ -19,11 +19,11 @@ bool IsInhibited(bool noPatch) {
 }  // namespace
 
 void BeginInstall(const InstallOptions& options, bool noPatch) {
-    if (IsInhibited(noPatch)) return;
     g_installDir = options.path;
     ConfigurePatch();
     SetLastInstallPath(options.path);
     g_installEngine.ConfigureInstall(options);
+    if (IsInhibited(noPatch)) return;
     BootLog("setup: install starting");
     g_installEngine.StartInstall();
     g_isFollowed = true;

@@ -5,8 +5,8 @@
 /// The install, from the setup page's button to the receipt. Main thread.
 namespace Launcher {
 
-/// Makes the options' folder the game's folder and begins to install into it; with noPatch that is
-/// only logged.
+/// Makes the options' folder the game's folder and begins to install into it; with noPatch the
+/// beginning is only logged.
 void BeginInstall(const InstallOptions& options, bool noPatch);
 
 /// The failed install goes on.

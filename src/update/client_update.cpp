@@ -62,22 +62,29 @@ bool Wants64BitClient(Platform::Architecture machine, std::uint32_t archSetting)
 
 void ClientUpdate::Start(const std::wstring& baseUrl, const std::wstring& installFolder,
                          std::uint32_t archSetting, bool checkOnly) {
-    Stop();
+    Cancel(installFolder.empty() ? Disabled : Running);
     deferralLogged_ = swapFailed_ = false;
-    if (installFolder.empty()) {
-        outcome_ = Disabled;
-        return;
-    }
+    if (installFolder.empty()) return;
     clientPath_ = JoinPath(installFolder, ClientFileName);
     stagedPath_ = clientPath_ + L".part";
-    cancelled_ = false;
-    outcome_ = Running;
-    worker_ =
-        std::thread([this, request = Request{baseUrl, archSetting, checkOnly}] { Run(request); });
+    // A read that the system does not wake holds the earlier worker, and must not hold this thread.
+    worker_ = std::jthread(
+        [this, request = Request{baseUrl, clientPath_, stagedPath_, archSetting, checkOnly},
+         earlier = std::move(worker_)](const std::stop_token& stop) mutable {
+            if (earlier.joinable()) earlier.join();
+            if (!stop.stop_requested()) Run(request, stop);
+        });
+}
+
+/// The run that is on has no say in the outcome from here on.
+void ClientUpdate::Cancel(ClientUpdateOutcome now) {
+    const std::scoped_lock lock(detailLock_);
+    worker_.request_stop();
+    outcome_ = now;
 }
 
 void ClientUpdate::Stop() {
-    cancelled_ = true;
+    worker_.request_stop();
     if (worker_.joinable()) worker_.join();
 }
 
@@ -96,20 +103,21 @@ bool ClientUpdate::HasFailedForPlay() const {
     return needsUpdate_ && (outcome == CheckFailed || outcome == Failed);
 }
 
-bool ClientUpdate::End(ClientUpdateOutcome outcome, std::wstring detail) {
+ClientUpdateOutcome ClientUpdate::End(const std::stop_token& stop, ClientUpdateOutcome outcome,
+                                      std::wstring detail) {
     std::string line = std::string("clientupdate: ") + LogWord(outcome);
     if (!detail.empty()) line += " -- " + Platform::Utf8FromWide(detail);
-    {
-        const std::scoped_lock lock(detailLock_);
-        detail_ = std::move(detail);
-    }
     BootLog(line);
-    outcome_ = outcome;
-    return outcome == Staged;
+    const std::scoped_lock lock(detailLock_);
+    if (!stop.stop_requested()) {
+        detail_ = std::move(detail);
+        outcome_ = outcome;
+    }
+    return outcome;
 }
 
-void ClientUpdate::Run(const Request& request) {
-    const std::uint16_t machine = Platform::ReadMachineType(clientPath_);
+void ClientUpdate::Run(const Request& request, const std::stop_token& stop) {
+    const std::uint16_t machine = Platform::ReadMachineType(request.clientPath);
     const bool wants64Bit =
         Wants64BitClient(Platform::GetNativeArchitecture(), request.archSetting);
     const bool mismatch = wants64Bit ? machine == Platform::MachineX86 : Is64Bit(machine);
@@ -121,54 +129,59 @@ void ClientUpdate::Run(const Request& request) {
                 Platform::Utf8FromWide(publishedName));
     }
     if (request.checkOnly) {
-        End(Disabled, L"--checkonly");
-    } else if (!Fetch(request, publishedName, wants64Bit) && outcome_ == Failed) {
+        End(stop, Disabled, L"--checkonly");
+    } else if (Fetch(request, publishedName, wants64Bit, stop) == Failed) {
         // Nothing half stays behind; a staged client of an earlier run survives a failed check.
-        (void)Platform::RemoveFile(stagedPath_);
+        (void)Platform::RemoveFile(request.stagedPath);
     }
 }
 
-bool ClientUpdate::Fetch(const Request& request, const std::wstring& publishedName,
-                         bool wants64Bit) {
-    const auto cancelled = [this] { return cancelled_.load(); };
+ClientUpdateOutcome ClientUpdate::Fetch(const Request& request, const std::wstring& publishedName,
+                                        bool wants64Bit, const std::stop_token& stop) {
+    const auto cancelled = [&] { return stop.stop_requested(); };
+    const auto end = [&](ClientUpdateOutcome outcome, std::wstring detail) {
+        return End(stop, outcome, std::move(detail));
+    };
+    const std::wstring& clientPath = request.clientPath;
+    const std::wstring& stagedPath = request.stagedPath;
     std::string answer;
     std::wstring errorText;
     if (!FetchText(EndpointUrl(request.baseUrl, publishedName), answer, &errorText,
                    LongestEndpointAnswer, cancelled)) {
-        return End(CheckFailed,
+        return end(CheckFailed,
                    L"check failed -- " + (errorText.empty() ? L"no response" : errorText));
     }
     const std::optional<PublishedClient> published = ParseClientAnswer(answer);
     if (!published) {
-        return End(CheckFailed, L"the endpoint answered something that is not a CRC");
+        return end(CheckFailed, L"the endpoint answered something that is not a CRC");
     }
-    if (IsPublished(clientPath_, *published)) {
-        (void)Platform::RemoveFile(stagedPath_);  // mostly there is none
+    if (IsPublished(clientPath, *published)) {
+        (void)Platform::RemoveFile(stagedPath);  // mostly there is none
         needsUpdate_ = false;
-        return End(UpToDate, {});
+        return end(UpToDate, {});
     }
-    if (cancelled_) return End(CheckFailed, L"cancelled");
+    if (cancelled()) return end(CheckFailed, L"cancelled");
     // A former run may have left it complete.
-    if (IsPublished(stagedPath_, *published)) return End(Staged, {});
+    if (IsPublished(stagedPath, *published)) return end(Staged, {});
 
-    (void)Platform::RemoveFile(stagedPath_);
+    (void)Platform::RemoveFile(stagedPath);
     errorText.clear();
-    if (!FetchFile(request.baseUrl + L"patcher/" + EncodeUrlPath(publishedName), stagedPath_,
+    if (!FetchFile(request.baseUrl + L"patcher/" + EncodeUrlPath(publishedName), stagedPath,
                    nullptr, cancelled, &errorText, nullptr)) {
-        return End(Failed, L"download failed -- " + (errorText.empty() ? L"unknown" : errorText));
+        return end(Failed, L"download failed -- " + (errorText.empty() ? L"unknown" : errorText));
     }
-    if (SizeOf(stagedPath_) != published->size) {
-        return End(Failed, L"the downloaded client was the wrong size");
+    if (SizeOf(stagedPath) != published->size) {
+        return end(Failed, L"the downloaded client was the wrong size");
     }
-    if (CrcOfFile(stagedPath_) != published->crc) {
-        return End(Failed, L"the downloaded client did not match its published CRC");
+    if (CrcOfFile(stagedPath) != published->crc) {
+        return end(Failed, L"the downloaded client did not match its published CRC");
     }
-    if (IsLauncherFile(stagedPath_)) return End(Failed, L"the published client is a launcher");
-    const std::uint16_t machine = Platform::ReadMachineType(stagedPath_);
+    if (IsLauncherFile(stagedPath)) return end(Failed, L"the published client is a launcher");
+    const std::uint16_t machine = Platform::ReadMachineType(stagedPath);
     if (machine == 0 || Is64Bit(machine) != wants64Bit) {
-        return End(Failed, L"the published client is the wrong architecture");
+        return end(Failed, L"the published client is the wrong architecture");
     }
-    return End(Staged, {});
+    return end(Staged, {});
 }
 
 void ClientUpdate::LogOnce(bool& logged, const char* line) {

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <stop_token>
 #include <string>
 #include <thread>
 
@@ -44,7 +45,8 @@ public:
     ClientUpdate(const ClientUpdate&) = delete;
     ClientUpdate& operator=(const ClientUpdate&) = delete;
 
-    /// Begins a check, in place of one that runs. Disabled without an install folder. Main thread.
+    /// Begins a check, in place of one that runs; that one is cancelled, and this one waits until
+    /// it has ended. Disabled without an install folder. Main thread.
     void Start(const std::wstring& baseUrl, const std::wstring& installFolder,
                std::uint32_t archSetting, bool checkOnly);
     /// Cancels and joins the worker. Main thread.
@@ -67,29 +69,32 @@ public:
 private:
     struct Request {
         std::wstring baseUrl;
+        std::wstring clientPath;
+        std::wstring stagedPath;
         std::uint32_t archSetting = 0;
         bool checkOnly = false;
     };
-    void Run(const Request& request);
-    bool Fetch(const Request& request, const std::wstring& publishedName, bool wants64Bit);
-    bool End(ClientUpdateOutcome outcome, std::wstring detail);
+    void Cancel(ClientUpdateOutcome now);
+    void Run(const Request& request, const std::stop_token& stop);
+    ClientUpdateOutcome Fetch(const Request& request, const std::wstring& publishedName,
+                              bool wants64Bit, const std::stop_token& stop);
+    ClientUpdateOutcome End(const std::stop_token& stop, ClientUpdateOutcome outcome,
+                            std::wstring detail);
     void LogOnce(bool& logged, const char* line);
 
     std::atomic<ClientUpdateOutcome> outcome_{ClientUpdateOutcome::NotStarted};
-    std::atomic<bool> cancelled_{false};
     std::atomic<bool> needsUpdate_{false};
-    std::thread worker_;
 
-    /// Set before the worker starts, and only read afterwards.
+    mutable std::mutex detailLock_;  ///< also held where a run's end meets the next one's start
+    std::wstring detail_;            ///< guarded by detailLock_
+
+    // Main thread.
     std::wstring clientPath_;
     std::wstring stagedPath_;
-
-    mutable std::mutex detailLock_;
-    std::wstring detail_;  ///< guarded by detailLock_
-
-    // Main thread: each line once a run.
-    bool deferralLogged_ = false;
+    bool deferralLogged_ = false;  ///< each line once a run
     bool swapFailed_ = false;
+
+    std::jthread worker_;  ///< last, so that it ends before what it uses
 };
 
 }  // namespace Launcher

@@ -3,5 +3,5 @@
 #include "platform/entry.h"
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* commandLine, int) {
-    return ProgramMain(commandLine);
+    return ProgramMain(commandLine ? commandLine : L"");
 }

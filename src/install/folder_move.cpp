@@ -226,7 +226,8 @@ void PutBackInterruptedMove(const std::wstring& installFolder) {
     if (!IsSafeFolder(installFolder) || !FindClient(installFolder).empty()) return;
     const std::wstring parent = FolderOf(installFolder);
     std::vector<Platform::FolderEntry> entries;
-    if (!Succeeded(Platform::ListFolder(parent, entries))) return;
+    // A drive alone would name its current folder.
+    if (!Succeeded(Platform::ListFolder(parent + L"\\", entries))) return;
     for (const Platform::FolderEntry& entry : entries) {
         const std::uint32_t mover = MoverOf(entry.name);
         if (mover == 0 || !entry.IsFolder() || entry.IsReparsePoint()) continue;

@@ -52,7 +52,8 @@ public:
 private:
     Error CopyOne(const std::wstring& from, const std::wstring& to,
                   const FolderEntry& entry) const {
-        const Error error = Platform::CopyFileTo(from, to, true);
+        // Nothing stands there, unless two names differ in case alone or somebody came meanwhile.
+        const Error error = Platform::CopyFileTo(from, to, false);
         if (entry.IsReparsePoint() && LeadsNowhere(error)) return Error::None;
         if (!Succeeded(error)) return Fail(from, error);
         if (hooks_.onFile) hooks_.onFile(entry.size);

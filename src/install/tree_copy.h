@@ -18,8 +18,8 @@ struct TreeCopyHooks {
 /// Copies the folder with everything below it, attributes included, to a place where nothing or a
 /// folder stands. What a link leads to is copied as if it stood there, so that the copy is whole by
 /// itself; a link behind such a link is left out, since it may lead back, and so is one that leads
-/// nowhere. Stops at the first failure (Cancelled when it was asked to) and leaves what it has
-/// made. failedPath names the place of the failure.
+/// nowhere. No file is overwritten. Stops at the first failure (Cancelled when it was asked to) and
+/// leaves what it has made. failedPath names the place of the failure.
 ///
 /// The shell's own copy engine could do this, but tells nothing while it is at work.
 [[nodiscard]] Platform::Error CopyTree(const std::wstring& source, const std::wstring& destination,

@@ -11,6 +11,7 @@
 #include "core/relink_flow.h"
 #include "core/route.h"
 #include "core/single_instance.h"
+#include "core/uninstall_flow.h"
 #include "directgl/gui.h"
 #include "install/relocation.h"
 #include "install/settings_store.h"
@@ -79,6 +80,7 @@ void TearDown(DirectGL::Gui& gui) {
     g_selfUpdate.Stop();
     g_clientUpdate.Stop();
     g_installEngine.Stop();
+    FollowUninstall();
     StopHandoff();
     StopMove();
     StopRelink();

@@ -43,6 +43,10 @@ bool IsExistingFolder(const std::wstring& path);
 /// written out. For telling whether two paths lead to the same place.
 [[nodiscard]] Error GetFinalPath(const std::wstring& path, std::wstring& result);
 
+/// Tells what stands at the path from everything else, also from what is made in its place later; a
+/// rename and what happens inside of a folder change nothing. A link has its own.
+[[nodiscard]] Error GetIdentity(const std::wstring& path, std::wstring& result);
+
 /// Replaces all attributes. AttributeNormal (alone) clears them.
 [[nodiscard]] Error ChangeAttributes(const std::wstring& path, std::uint32_t attributes);
 

@@ -17,7 +17,7 @@ namespace {
 
 using Platform::Succeeded;
 
-/// Longer than any path.
+/// Longer than any path with an identity.
 constexpr std::uint64_t LargestNote = 128 * 1024;
 
 std::wstring NoteOf(const std::wstring& workingFolder) {
@@ -28,8 +28,18 @@ std::wstring OwnNote() {
     return NoteOf(FolderOf(Platform::OwnPath()));
 }
 
-/// Empty without a readable note.
-std::wstring ReadNote(const std::wstring& path) {
+std::wstring IdentityOf(const std::wstring& folder) {
+    std::wstring identity;
+    return Succeeded(Platform::GetIdentity(folder, identity)) ? identity : std::wstring();
+}
+
+/// Two lines. Both empty without a readable note.
+struct Note {
+    std::wstring folder;
+    std::wstring identity;
+};
+
+std::wstring ReadNoteText(const std::wstring& path) {
     Platform::File file;
     std::uint64_t size = 0;
     if (!Succeeded(file.Open(path, {})) || !Succeeded(file.GetSize(size)) || size > LargestNote) {
@@ -42,11 +52,18 @@ std::wstring ReadNote(const std::wstring& path) {
     return Platform::WideFromUtf8(text);
 }
 
+Note ReadNote(const std::wstring& path) {
+    const std::wstring text = ReadNoteText(path);
+    const std::size_t end = text.find(L'\n');
+    if (end == std::wstring::npos) return {};
+    return {.folder = text.substr(0, end), .identity = text.substr(end + 1)};
+}
+
 }  // namespace
 
 void NoteRemoval(const std::wstring& folder) {
     Platform::File file;
-    const std::string text = Platform::Utf8FromWide(folder);
+    const std::string text = Platform::Utf8FromWide(folder + L'\n' + IdentityOf(folder));
     // Whole or not at all: a part of a path would name another folder.
     const std::wstring unfinished = OwnNote() + L".part";
     const bool written =
@@ -65,8 +82,9 @@ void DropRemovalNote() {
 }
 
 bool FinishNotedRemoval(const std::wstring& workingFolder) {
-    const std::wstring folder = ReadNote(NoteOf(workingFolder));
-    if (folder.empty() || !Platform::PathExists(folder)) return true;
+    const auto& [folder, identity] = ReadNote(NoteOf(workingFolder));
+    // What has come to the place meanwhile is somebody's own.
+    if (identity.empty() || IdentityOf(folder) != identity) return true;
     if (IsSameOrInside(GetInstallLocation(), folder)) return true;
     if (IsSameOrInside(FolderOf(Platform::OwnPath()), folder)) return false;
     BootLog("uninstall: finishing a removal that was cut off");

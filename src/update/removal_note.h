@@ -14,8 +14,9 @@ void NoteRemoval(const std::wstring& folder);
 /// The removal has come to its end, whichever that was.
 void DropRemovalNote();
 
-/// Finishes what the copy whose working folder this was has noted. A folder that is still, or
-/// again, registered as the game's is whole, since the records go first: it stays. False when the
+/// Finishes what the copy whose working folder this was has noted, as long as the very folder of
+/// the note stands there and not one that was made since. A folder that is still, or again,
+/// registered as the game's is whole, since the records go first: it stays. False when the
 /// note has to wait for a later start, because something cannot be deleted yet or this launcher
 /// runs from inside; true also without a note. Takes as long as deleting the rest does.
 [[nodiscard]] bool FinishNotedRemoval(const std::wstring& workingFolder);

@@ -248,6 +248,24 @@ TEST_F(Files, FinalPathIsTheSameHoweverItIsWritten) {
     EXPECT_EQ(GetFinalPath(At(L"gone"), path), Error::FileNotFound);
 }
 
+TEST_F(Files, IdentityStaysWithTheFolderAndNotWithItsName) {
+    const auto identity = [&](const wchar_t* name) {
+        std::wstring result;
+        EXPECT_EQ(GetIdentity(At(name), result), Error::None);
+        return result;
+    };
+    ASSERT_EQ(MakeFolder(At(L"folder")), Error::None);
+    const std::wstring first = identity(L"folder");
+    WriteText(At(L"folder\\inside"), "");
+    EXPECT_EQ(identity(L"FOLDER\\"), first);
+    ASSERT_EQ(MovePath(At(L"folder"), At(L"moved"), {}), Error::None);
+    ASSERT_EQ(MakeFolder(At(L"folder")), Error::None);
+    EXPECT_EQ(identity(L"moved"), first);
+    EXPECT_NE(identity(L"folder"), first);
+    std::wstring result;
+    EXPECT_EQ(GetIdentity(At(L"gone"), result), Error::FileNotFound);
+}
+
 TEST_F(Files, Copies) {
     WriteText(At(L"from.txt"), "from");
     WriteText(At(L"to.txt"), "something longer");

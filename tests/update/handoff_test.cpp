@@ -101,14 +101,21 @@ TEST(Handoff, LeftoversGoUnlessAProcessRunsFromThem) {
     EXPECT_FALSE(Platform::PathExists(used));
 }
 
+/// As a copy writes it before it removes the folder.
+void WriteNote(const std::wstring& working, const std::wstring& folder) {
+    std::wstring identity;
+    EXPECT_EQ(Platform::GetIdentity(folder, identity), Error::None);
+    ASSERT_TRUE(CreateFolderPath(working));
+    WriteText(working + L"\\removal.txt", Platform::Utf8FromWide(folder + L"\n" + identity));
+}
+
 TEST(Handoff, ARemovalThatWasCutOffIsFinishedUnlessTheFolderIsRegistered) {
     const std::wstring game = MakeTestFolder() + L"\\Игра";
     const std::wstring working = WorkingFolderOf(555);
     const auto cutOff = [&] {
-        ASSERT_TRUE(CreateFolderPath(working));
         ASSERT_TRUE(CreateFolderPath(game + L"\\Data"));
-        WriteText(working + L"\\removal.txt", Platform::Utf8FromWide(game));
         WriteText(game + L"\\Data\\a.dat", "a");
+        WriteNote(working, game);
     };
     cutOff();
     SetInstallLocation(game);
@@ -128,10 +135,17 @@ TEST(Handoff, ARemovalThatWasCutOffIsFinishedUnlessTheFolderIsRegistered) {
     EXPECT_FALSE(Platform::PathExists(working));
 
     // What must not be deleted is not, whatever a note says.
-    ASSERT_TRUE(CreateFolderPath(working));
-    WriteText(working + L"\\removal.txt", Platform::Utf8FromWide(FolderOf(game)) + "\\..\\..");
+    WriteNote(working, FolderOf(game) + L"\\..\\..");
     PurgeOldWorkingFolders();
     EXPECT_TRUE(Platform::PathExists(FolderOf(game)));
+    EXPECT_FALSE(Platform::PathExists(working));
+
+    // Nor is what has come to the place since.
+    cutOff();
+    ASSERT_EQ(Platform::MovePath(game, game + L" before", {}), Error::None);
+    ASSERT_TRUE(CreateFolderPath(game + L"\\mine"));
+    PurgeOldWorkingFolders();
+    EXPECT_TRUE(Platform::PathExists(game + L"\\mine"));
     EXPECT_FALSE(Platform::PathExists(working));
 }
 

@@ -2,6 +2,7 @@
 #include <climits>
 #include <fcntl.h>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/files.h"
@@ -80,6 +81,22 @@ Error GetFinalPath(const std::wstring& path, std::wstring& result) {
     if (length < 0) return LastError();
     result = WindowsPathOf({text, static_cast<std::size_t>(length)});
     return result.empty() ? Error::UnresolvableLink : Error::None;
+}
+
+Error GetIdentity(const std::wstring& path, std::wstring& result) {
+    Place place;
+    if (const Error error = FindPlace(path, place); !Succeeded(error)) return error;
+    if (!EntryExists(place)) return Error::FileNotFound;
+    // The disk gives a number anew at once, but not at the same time.
+    struct statx status {};
+    const int found = ::statx(place.folder.Get(), place.name.c_str(), AT_SYMLINK_NOFOLLOW,
+                              STATX_INO | STATX_BTIME, &status);
+    if (found != 0) return LastError();
+    result = std::to_wstring(status.stx_dev_major) + L"-" + std::to_wstring(status.stx_dev_minor) +
+             L"-" + std::to_wstring(status.stx_ino) + L"-" +
+             std::to_wstring(status.stx_btime.tv_sec) + L"-" +
+             std::to_wstring(status.stx_btime.tv_nsec);
+    return Error::None;
 }
 
 Error ChangeAttributes(const std::wstring& path, std::uint32_t attributes) {

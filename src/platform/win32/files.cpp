@@ -113,6 +113,18 @@ Error GetFinalPath(const std::wstring& path, std::wstring& result) {
     }
 }
 
+Error GetIdentity(const std::wstring& path, std::wstring& result) {
+    const Handle file = OwnFile(
+        CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    BY_HANDLE_FILE_INFORMATION info;
+    if (!file || !GetFileInformationByHandle(file.get(), &info)) return LastError();
+    result = std::to_wstring(info.dwVolumeSerialNumber) + L"-" +
+             std::to_wstring(Join(info.nFileIndexHigh, info.nFileIndexLow));
+    return Error::None;
+}
+
 Error ChangeAttributes(const std::wstring& path, std::uint32_t attributes) {
     CountStep("attributes", path);
     return ErrorUnless(SetFileAttributesW(path.c_str(), attributes));

@@ -127,11 +127,11 @@ void PurgeOldWorkingFolders() {
     const std::vector<std::wstring> used = FoldersInUse();
     for (const Platform::FolderEntry& entry : entries) {
         const std::wstring folder = JoinPath(temporary, entry.name);
-        // Processes are told with the long names of their folders, the temporary one maybe not.
+        // The temporary folder may be given with short names, and processes be told either way.
         std::wstring final;
         if (!Succeeded(Platform::GetFinalPath(folder, final))) continue;
         const bool inUse = std::any_of(used.begin(), used.end(), [&](const std::wstring& other) {
-            return IsSameOrInside(other, final);
+            return IsSameOrInside(other, final) || IsSameOrInside(other, folder);
         });
         // What cannot be removed yet goes at a later start.
         if (!inUse && FinishNotedRemoval(folder)) (void)RemoveInstallFolder(folder, nullptr);

@@ -44,7 +44,9 @@ bool IsTargetFree(const std::wstring& target) {
 }  // namespace
 
 std::wstring UninstallTarget() {
-    if (g_handoffArgs.op == HandoffOperation::Uninstall) return g_handoffArgs.target;
+    if (g_handoffArgs.op == HandoffOperation::Uninstall && IsHandoffCopy()) {
+        return g_handoffArgs.target;
+    }
     std::wstring registered = GetInstallLocation();
     if (!registered.empty()) return registered;
     return FindClient(g_installDir).empty() ? std::wstring() : g_installDir;
@@ -62,6 +64,9 @@ void BeginUninstall(const std::wstring& target, bool keepSettings, WindowPositio
         request.position = position;
         return BeginHandoff(request, TellHandoffFailed);
     }
+    if (target.empty()) {
+        return Tell(L"Setup could not prepare the removal. Nothing has been deleted.");
+    }
     if (!IsTargetFree(target)) return;
     NoteRemoval(target);
     g_installEngine.ConfigureUninstall(target, keepSettings);
@@ -75,6 +80,8 @@ void FollowUninstall() {
     if (progress.running) return;
     g_isFollowed = false;
     DropRemovalNote();
+    // What the copy was told is done; a game that it installs now is another one.
+    if (progress.done) g_handoffArgs.op = HandoffOperation::None;
     BootLog(progress.done ? "uninstall: finished -> receipt"
                           : "uninstall: FAILED -- " + Platform::Utf8FromWide(progress.error));
 }

@@ -18,7 +18,7 @@ namespace {
 using Platform::Succeeded;
 
 /// Longer than any path with an identity.
-constexpr std::uint64_t LargestNote = 128 * 1024;
+constexpr std::uint64_t LargestNote = std::uint64_t{128} * 1024;
 
 std::wstring NoteOf(const std::wstring& workingFolder) {
     return JoinPath(workingFolder, L"removal.txt");

@@ -24,6 +24,6 @@ echo "generated game folders, TOLVAN_SEED=$TOLVAN_SEED"
 TOLVAN_TREES=${TOLVAN_TREES:-2000} \
   tests/support/with_machine.sh build/host/bin/install_trees_test --gtest_brief=1
 if [ -e "$windows/install_trees_test.exe" ]; then
-  TOLVAN_TREES=${TOLVAN_WINE_TREES:-300} tests/support/with_wine.sh --time-limit 3600 \
+  TOLVAN_TREES=${TOLVAN_WINE_TREES:-600} tests/support/with_wine.sh --time-limit 3600 \
     "$windows/install_trees_test.exe" --gtest_brief=1
 fi

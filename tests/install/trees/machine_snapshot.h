@@ -5,7 +5,7 @@
 
 /// Everything that lies on the drives: full path to kind, attributes and content (or a link's
 /// text). Links are not entered. Under Wine without the system's own folder, which has thousands of
-/// files, and the drive that the test programs lie on, which has gigabytes.
+/// files, and the drive that the test programs lie on, which is no part of the machine.
 using Snapshot = std::map<std::wstring, std::string>;
 
 Snapshot TakeSnapshot();

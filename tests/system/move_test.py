@@ -79,7 +79,7 @@ class MoveTest(LeaveTest):
         self.assert_ends_well(launcher)
 
     def test_a_move_that_has_begun_comes_to_its_end_before_the_program(self):
-        launcher = self.begin("--nopatch")
+        launcher = self.launch("--nopatch")
         self.boot_log().wait_for(INSTALLED)
         # Both buttons in one look at the file, so before the first file is copied.
         self.press("move", "D:\\Games", "sub\nclose")

@@ -86,7 +86,7 @@ class PolishKeyboardTest(GalleryTest):
         desk.set_layout("pl")
         super().setUp()
 
-    def test_letters_on_the_third_level_are_typed_and_no_commands(self):
+    def test_letters_on_the_third_level_are_typed_and_copied_and_no_commands(self):
         self.gallery.click("first")
         desk.key("Z", "a")
         typed = "Za"
@@ -101,6 +101,10 @@ class PolishKeyboardTest(GalleryTest):
             typed += letter
         self.gallery.wait_for(first=typed)
         self.gallery.wait_for(**{"first.selected": ""})
+        desk.key("ctrl+a", "ctrl+c")
+        self.gallery.click("second")
+        desk.key("ctrl+v")
+        self.gallery.wait_for(second=typed)
 
 
 class GalleryInputTest(GalleryTest):

@@ -86,16 +86,6 @@ std::unique_ptr<Brush> Canvas::Solid(Color color) {
     return std::move(target_->CreateSolidBrush(color).object);
 }
 
-std::unique_ptr<GradientBrush> Canvas::Gradient(Color start, Color end, PointF from, PointF to) {
-    auto brush = std::move(target_->CreateGradientBrush(start, end).object);
-    brush->SetPoints(from, to);
-    return brush;
-}
-
-std::unique_ptr<Bitmap> Canvas::MakeBitmap(const Image& image) {
-    return std::move(target_->CreateBitmap(image).object);
-}
-
 Image Canvas::Draw(const std::function<void(DrawTarget&)>& draw) {
     target_->BeginFrame();
     target_->Clear({});

@@ -12,8 +12,6 @@ namespace TestSupport {
 
 inline constexpr Platform::Color White{1.0F, 1.0F, 1.0F, 1.0F};
 inline constexpr Platform::Color Red{1.0F, 0.0F, 0.0F, 1.0F};
-inline constexpr Platform::Color Green{0.0F, 1.0F, 0.0F, 1.0F};
-inline constexpr Platform::Color Blue{0.0F, 0.0F, 1.0F, 1.0F};
 inline constexpr Platform::Color Clear{};
 
 /// This adapter's graphics with the private families Inter and Sora, each Regular and Bold; one
@@ -52,9 +50,6 @@ public:
 
     Platform::DrawTarget& Target() { return *target_; }
     std::unique_ptr<Platform::Brush> Solid(Platform::Color color);
-    std::unique_ptr<Platform::GradientBrush> Gradient(Platform::Color start, Platform::Color end,
-                                                      Platform::PointF from, Platform::PointF to);
-    std::unique_ptr<Platform::Bitmap> MakeBitmap(const Platform::Image& image);
     /// A frame on clear ground.
     Platform::Image Draw(const std::function<void(Platform::DrawTarget&)>& draw);
 

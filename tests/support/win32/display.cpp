@@ -1,4 +1,0 @@
-#include "support/display.h"
-
-TestSupport::Display::Display() = default;
-TestSupport::Display::~Display() = default;

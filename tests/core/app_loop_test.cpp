@@ -53,43 +53,6 @@ TEST_F(AppLoopTest, RestsOnlyWhileMinimizedWithNothingUnderWay) {
     }
 }
 
-TEST_F(AppLoopTest, AutoQuitCountsFromTheFirstTick) {
-    switches_.autoQuitSeconds = 2.0;
-    EXPECT_EQ(StateAfterTick(5000.0), State::Ready);
-    EXPECT_EQ(StateAfterTick(5002.0), State::Ready);
-    EXPECT_EQ(StateAfterTick(5002.001), State::Halt);
-}
-
-TEST_F(AppLoopTest, WithoutAutoQuitNothingEndsTheRun) {
-    StateAfterTick(1.0);
-    EXPECT_EQ(StateAfterTick(1e6), State::Ready);
-}
-
-TEST_F(AppLoopTest, TerminalStatesStand) {
-    for (const State state : {State::ErrNetwork, State::ErrDownload, State::ErrFatal}) {
-        g_state = state;
-        for (double time = 1.0; time < 10.0; time += 1.0)
-            EXPECT_EQ(StateAfterTick(time), state);
-    }
-}
-
-TEST_F(AppLoopTest, HaltEndsTheLoop) {
-    int ticks = 0;
-    gui_.MessageLoop([&](double time) {
-        if (++ticks == 3) g_state = State::Halt;
-        EXPECT_LE(ticks, 3);
-        return loop_.Tick(time);
-    });
-    EXPECT_EQ(ticks, 3);
-}
-
-TEST_F(AppLoopTest, TakesThePlaceOfAPredecessorThatHasGone) {
-    SingleInstance later(L"app_loop_test.exe");
-    loop_.AwaitPredecessor(0, false);
-    StateAfterTick(1.0);
-    EXPECT_TRUE(later.Join());
-}
-
 TEST_F(AppLoopTest, WaitsForThePredecessorOnlyOnceItIsRevealed) {
     loop_.ArmReveal();
     loop_.AwaitPredecessor(0, false);
@@ -115,25 +78,6 @@ TEST_F(AppLoopTest, IsShownWithItsFirstFrame) {
     StateAfterTick(1.016);
     EXPECT_TRUE(window_->IsVisible());
     EXPECT_TRUE(window_->IsForeground());
-}
-
-TEST_F(AppLoopTest, SecondStartsHideAndRaiseTheWindowInTurn) {
-    ASSERT_FALSE(instance_.Join());
-    SingleInstance second(L"app_loop_test.exe");
-    ASSERT_TRUE(second.Join());
-    window_->Show();
-    window_->BringToForeground();
-    constexpr struct {
-        bool asked;
-        bool minimized;
-    } Ticks[] = {{false, false}, {true, true}, {false, true}, {true, false}, {true, true}};
-    for (const auto& tick : Ticks) {
-        if (tick.asked) second.AskFirstToSurface();
-        StateAfterTick(1.0);
-        EXPECT_EQ(window_->IsMinimized(), tick.minimized);
-        EXPECT_EQ(window_->IsForeground(), !tick.minimized);
-        EXPECT_FALSE(instance_.TakeSurfaceRequest());
-    }
 }
 
 TEST_F(AppLoopTest, MinimizeTestRunsItsScript) {

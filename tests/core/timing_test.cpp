@@ -1,9 +1,6 @@
 #include "core/timing.h"
 
 #include <gtest/gtest.h>
-#include <limits>
-
-#include "core/predecessor.h"
 
 namespace Launcher {
 namespace {
@@ -28,14 +25,6 @@ TEST(Reveal, ComesWithTheFirstNewFrameOrAfterAQuarterOfASecond) {
     EXPECT_EQ(LookAtReveal(5.0, 5.0, 250), Reveal::Pending);
     EXPECT_EQ(LookAtReveal(5.0, 5.016, 16), Reveal::Composited);
     EXPECT_EQ(LookAtReveal(5.0, 5.016, 300), Reveal::Composited);
-}
-
-TEST(Wait, EndsWithTheProcessOrAfterFifteenSeconds) {
-    EXPECT_EQ(LookAtWait(false, 0), Wait::Pending);
-    EXPECT_EQ(LookAtWait(false, 14999), Wait::Pending);
-    EXPECT_EQ(LookAtWait(false, 15000), Wait::Outstayed);
-    EXPECT_EQ(LookAtWait(true, 0), Wait::Gone);
-    EXPECT_EQ(LookAtWait(true, 60000), Wait::Gone);
 }
 
 }  // namespace

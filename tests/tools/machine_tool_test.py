@@ -1,11 +1,10 @@
-"""tolvan-machine from outside: what it prints and returns, on a machine of its own."""
+"""tolvan-machine from outside: what it prints and returns, on a machine of its own. How it runs, lists
+and ends programs is seen in every test of tests/system."""
 
 import os
 import shutil
-import signal
 import subprocess
 import tempfile
-import time
 import unittest
 from pathlib import Path
 
@@ -41,13 +40,6 @@ class MachineTool(unittest.TestCase):
 
     def place_helper(self, windows_path):
         shutil.copyfile(HELPER, self.call("path", windows_path).strip())
-
-    def wait_for(self, windows_path):
-        path = Path(self.call("path", windows_path).strip())
-        deadline = time.monotonic() + 30
-        while not path.exists():
-            self.assertLess(time.monotonic(), deadline, f"{path} never came")
-            time.sleep(0.01)
 
     def test_paths_go_both_ways(self):
         folder = self.folder.resolve()
@@ -87,16 +79,6 @@ class MachineTool(unittest.TestCase):
         self.call("reg", "delete", key, "/f")
         self.fails(1, "reg", "query", key + r"\Below")
 
-    def test_programs_run_in_their_folder_with_their_arguments(self):
-        self.place_helper(r"C:\Users\helper.exe")
-        self.assertEqual(self.run_tool("run", r"C:\Users\helper.exe", "report|", "--dest=D:\\a b",
-                                       "--help").returncode, 0)
-        report = self.folder / "drive_c/Users/report.txt"
-        self.assertEqual(report.read_text(), 'report| --dest="D:\\a b" --help')
-        self.assertEqual(self.run_tool("run", r"C:\Users\helper.exe", "unknown").returncode, 2)
-        self.fails(125, "run", r"C:\Users\missing.exe")
-        self.fails(125, "run", r"C:\Users\report.txt")
-
     def test_a_program_started_by_a_shell_reads_its_own_arguments(self):
         environment = {**os.environ, "TOLVAN_MACHINE": str(self.folder),
                        "TOLVAN_COMMAND_LINE": "another.exe report|of another program"}
@@ -104,28 +86,6 @@ class MachineTool(unittest.TestCase):
         subprocess.run([HELPER, "report|", "--dest=D:\\a b"], env=environment, cwd=folder,
                        check=True, timeout=60)
         self.assertEqual((folder / "report.txt").read_text(), 'report| --dest="D:\\a b"')
-
-    def test_a_running_program_is_listed_and_gets_the_signal(self):
-        self.place_helper(r"C:\helper.exe")
-        starter = subprocess.Popen([TOOL, self.folder, "run", r"C:\helper.exe",
-                                    r"stay|C:\ready|C:\stop"])
-        self.wait_for(r"C:\ready")
-        process, path = self.call("ps").rstrip("\n").split(" ", 1)
-        self.assertEqual(path, r"C:\helper.exe")
-        os.kill(int(process), 0)
-        starter.terminate()
-        self.assertEqual(starter.wait(30), 128 + signal.SIGTERM)
-        self.assertEqual(self.call("ps"), "")
-
-    def test_end_kills_what_runs_and_removes_the_machine(self):
-        self.place_helper(r"C:\helper.exe")
-        starter = subprocess.Popen([TOOL, self.folder, "run", r"C:\helper.exe",
-                                    r"stay|C:\ready|C:\stop"])
-        self.wait_for(r"C:\ready")
-        self.call("end")
-        self.assertEqual(starter.wait(30), 128 + signal.SIGKILL)
-        self.assertFalse(self.folder.exists())
-        self.assertIn("init", self.fails(1, "ps"))
 
     def test_attributes_are_changed_and_shown(self):
         self.place_helper(r"C:\helper.exe")

@@ -20,7 +20,8 @@ NGINX = "/usr/sbin/nginx"
 PATIENCE = 20
 
 FILES = {"Maps/grün 日本.dat": b"names in any script\n", "help.html": b"<p>just bytes</p>\n",
-         "a+b & c%.txt": b"signs\n"}
+         "a+b & c%.txt": b"signs\n", "empty": b"",
+         "TPK1": b"TPK1 is no header by itself, not even with a long text behind it"}
 
 
 def substitute(text, wanted):
@@ -111,6 +112,8 @@ class NginxTest(unittest.TestCase):
                 (200, data, wrapped(FILES["Maps/grün 日本.dat"])),
             "patcher/get/help.html": (200, data, wrapped(FILES["help.html"])),
             "patcher/get/a%2Bb%20%26%20c%25.txt": (200, data, wrapped(FILES["a+b & c%.txt"])),
+            "patcher/get/empty": (200, data, wrapped(b"")),
+            "patcher/get/TPK1": (200, data, wrapped(FILES["TPK1"])),
             "scripts/updater.php?f=Tolvan%20Online_x64.exe": (200, text, answer),
             "patcher/Tolvan%20Online_x64.exe": (200, data, program),
             "scripts/updater.php?f=launcher/Tolvan%20Online.exe": (200, text, launcher_answer),

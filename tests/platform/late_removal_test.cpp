@@ -20,12 +20,5 @@ TEST_F(LateRemoval, AFolderGoesWithAllBelowAndNothingBesideIt) {
     EXPECT_TRUE(PathExists(At(L"it")));
 }
 
-TEST_F(LateRemoval, NothingGoesBeforeTheReboot) {
-    WriteText(At(L"file"), "");
-    EXPECT_EQ(RemoveAtReboot(At(L"file")), Error::None);
-    EXPECT_EQ(RemoveAtReboot(folder_), Error::None);
-    EXPECT_TRUE(PathExists(At(L"file")));
-}
-
 }  // namespace
 }  // namespace Platform

@@ -66,15 +66,6 @@ TEST_F(Moving, OnlyTheCaseChanges) {
     EXPECT_EQ(ReadText(At(L"readme.txt")), "text");
 }
 
-TEST_F(Moving, AFolderTakesItsContentsAlong) {
-    ASSERT_EQ(MakeFolderPath(At(L"game\\Data\\maps")), Error::None);
-    WriteText(At(L"game\\Data\\maps\\one.map"), "map");
-    ASSERT_EQ(MakeFolder(At(L"elsewhere")), Error::None);
-    ASSERT_EQ(MovePath(At(L"GAME"), At(L"elsewhere\\game"), {.writeThrough = true}), Error::None);
-    EXPECT_FALSE(PathExists(At(L"game")));
-    EXPECT_EQ(ReadText(At(L"elsewhere\\game\\data\\maps\\one.map")), "map");
-}
-
 TEST_F(Moving, AFileMayNotBeRemovedAsTheWrongKind) {
     WriteText(At(L"file"), "");
     ASSERT_EQ(MakeFolderPath(At(L"folder\\inner")), Error::None);

@@ -2,15 +2,11 @@
 
 #include <array>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <thread>
 
 #include "platform/processes.h"
-#include "support/helper_process.h"
-#include "support/test_files.h"
 
 using namespace Platform;
-using namespace TestSupport;
 
 namespace {
 
@@ -70,14 +66,6 @@ TEST(NamedMutex, NamesAreToldApart) {
     }
 }
 
-TEST(NamedMutex, SessionPrefixIsTheDefault) {
-    const std::wstring name = UniqueName();
-    NamedMutex mutex;
-    bool existed = false;
-    ASSERT_EQ(mutex.Create(name, existed), Error::None);
-    EXPECT_TRUE(MutexExists(name.substr(name.find(L'\\') + 1)));
-}
-
 TEST(NamedEvent, StaysSetUntilReset) {
     const std::wstring name = UniqueName();
     NamedEvent made;
@@ -127,81 +115,20 @@ TEST(NamedEvent, VanishesWithItsState) {
     EXPECT_FALSE(event.IsSet());
     EXPECT_NE(event.Set(), Error::None);
     EXPECT_EQ(event.Open(name), Error::FileNotFound);
+    // An object of any kind may take the name.
+    NamedMutex mutex;
+    ASSERT_EQ(mutex.Create(name, existed), Error::None);
+    EXPECT_FALSE(existed);
+    EXPECT_EQ(event.Create(name, existed), Error::InvalidHandle);
+    EXPECT_EQ(event.Open(name), Error::InvalidHandle);
+    EXPECT_FALSE(event.IsOpen());
+    mutex.Close();
     ASSERT_EQ(event.Create(name, existed), Error::None);
     EXPECT_FALSE(existed);
     EXPECT_FALSE(event.IsSet());
 }
 
-TEST(NamedEvent, NamesAreSharedWithMutexes) {
-    const std::wstring name = UniqueName();
-    NamedMutex mutex;
-    NamedEvent event;
-    bool existed = false;
-    ASSERT_EQ(mutex.Create(name, existed), Error::None);
-    EXPECT_EQ(event.Create(name, existed), Error::InvalidHandle);
-    EXPECT_EQ(event.Open(name), Error::InvalidHandle);
-    EXPECT_FALSE(event.IsOpen());
-    mutex.Close();
-    EXPECT_EQ(event.Create(name, existed), Error::None);
-    EXPECT_FALSE(existed);
-}
-
-TEST(NamedObjects, EndWithTheirKilledHolder) {
-    const std::wstring folder = MakeTestFolder();
-    const std::wstring program = folder + L"\\holder.exe";
-    InstallHelper(program);
-    const std::wstring mutexName = UniqueName();
-    const std::wstring eventName = UniqueName();
-    HelperProcess holder;
-    ASSERT_EQ(holder.Start(program, {L"objects", mutexName, eventName, folder + L"\\ready",
-                                     folder + L"\\stop"}),
-              Error::None);
-    ASSERT_TRUE(WaitForFile(folder + L"\\ready"));
-    NamedEvent event;
-    ASSERT_EQ(event.Open(eventName), Error::None);
-    EXPECT_TRUE(event.IsSet());
-    EXPECT_TRUE(MutexExists(mutexName));
-
-    holder.Kill();
-    EXPECT_TRUE(event.IsSet()) << "we hold it still";
-    event.Close();
-    EXPECT_EQ(event.Open(eventName), Error::FileNotFound);
-    EXPECT_FALSE(MutexExists(mutexName));
-}
-
-TEST(NamedObjects, RacingProcessesHaveOneCreatorEach) {
-    constexpr int Names = 100;
-    const std::wstring folder = MakeTestFolder();
-    const std::wstring program = folder + L"\\racer.exe";
-    InstallHelper(program);
-    const std::wstring prefix = UniqueName(L".");
-    std::array<HelperProcess, 4> racers;
-    for (std::size_t index = 0; index < racers.size(); ++index) {
-        const std::wstring own = folder + L"\\" + std::to_wstring(index);
-        ASSERT_EQ(
-            racers[index].Start(program, {L"race", prefix, std::to_wstring(Names), own + L".ready",
-                                          folder + L"\\go", own + L".result", folder + L"\\stop"}),
-            Error::None);
-    }
-    for (std::size_t index = 0; index < racers.size(); ++index) {
-        ASSERT_TRUE(WaitForFile(folder + L"\\" + std::to_wstring(index) + L".ready"));
-    }
-    WriteText(folder + L"\\go", "");
-    std::vector<int> creators(Names);
-    for (std::size_t index = 0; index < racers.size(); ++index) {
-        const std::wstring result = folder + L"\\" + std::to_wstring(index) + L".result";
-        ASSERT_TRUE(WaitForFile(result));
-        std::istringstream made(ReadText(result));
-        for (int name = 0; made >> name;)
-            ++creators.at(name);
-    }
-    EXPECT_EQ(creators, std::vector<int>(Names, 1));
-    WriteText(folder + L"\\stop", "");
-    for (const HelperProcess& racer : racers)
-        EXPECT_TRUE(racer.WaitForEnd());
-}
-
-TEST(NamedObjects, RacingThreadsHaveOneCreatorEach) {
+TEST(NamedObjects, RacersHaveOneCreatorEach) {
     constexpr int Names = 50;
     constexpr int Threads = 4;
     const std::wstring prefix = UniqueName(L".");

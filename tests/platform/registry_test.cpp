@@ -80,12 +80,6 @@ TEST_F(Registry, KeepsValuesWithTheirTypes) {
     EXPECT_EQ(ReadNumber(L""), 5u) << "the default value has an empty name";
 }
 
-TEST_F(Registry, WritingReplacesTypeAndData) {
-    ASSERT_EQ(key_.WriteString(L"Value", L"long text"), Error::None);
-    ASSERT_EQ(key_.WriteDword(L"VALUE", 7), Error::None);
-    EXPECT_EQ(ReadNumber(L"value"), 7u);
-}
-
 TEST_F(Registry, NamesIgnoreCase) {
     RegistryKey below;
     ASSERT_EQ(below.Create(path_ + L"\\\u00C4pfel\\\u0416\u03A9"), Error::None);
@@ -174,29 +168,5 @@ TEST_F(Registry, WholeAfterKillingAWriter) {
         }
         ASSERT_EQ(key_.WriteDword(L"Number", 0), Error::None);
         ASSERT_EQ(key_.WriteString(L"Text", L""), Error::None);
-    }
-}
-
-TEST_F(Registry, ProcessesWriteBesideEachOther) {
-    constexpr std::uint32_t Count = 150;
-    const std::wstring folder = MakeTestFolder();
-    const std::wstring program = folder + L"\\writer.exe";
-    InstallHelper(program);
-    std::array<HelperProcess, 3> writers;
-    for (std::size_t index = 0; index < writers.size(); ++index) {
-        const std::wstring letter(1, static_cast<wchar_t>(L'a' + index));
-        ASSERT_EQ(writers[index].Start(
-                      program, {L"registry-fill", path_ + L"\\New\\Key", letter,
-                                std::to_wstring(Count), folder + L"\\" + letter, folder + L"\\go"}),
-                  Error::None);
-        ASSERT_TRUE(WaitForFile(folder + L"\\" + letter));
-    }
-    WriteText(folder + L"\\go", "");
-    for (const HelperProcess& writer : writers)
-        ASSERT_TRUE(writer.WaitForEnd());
-    for (std::uint32_t index = 0; index < Count; ++index) {
-        for (const wchar_t letter : {L'a', L'b', L'c'}) {
-            Read(letter + std::to_wstring(index), L"\\New\\Key");
-        }
     }
 }

@@ -44,33 +44,32 @@ TEST(Resources, OwnOnesAreFoundById) {
 
 TEST(Resources, AnotherExecutableIsLookedThrough) {
     const std::wstring folder = MakeTestFolder();
-    const auto search = [&](std::string_view content, std::uint16_t id) {
-        WriteText(folder + L"\\file.exe", content);
-        return FindResourceInFile(folder + L"\\file.exe", id);
+    const struct {
+        std::string_view content;
+        std::uint16_t id;
+        ResourceSearch search;
+        std::uint16_t machine;
+    } cases[] = {
+        {OwnText(Pe32Marker), MarkerId, ResourceSearch::Found, MachineX86},
+        {OwnText(Pe64Marker), MarkerId, ResourceSearch::Found, MachineX64},
+        {OwnText(Pe64Marker), 2, ResourceSearch::NotFound, MachineX64},
+        {OwnText(Pe64Other), MarkerId, ResourceSearch::NotFound, MachineX64},
+        {"MZ, and nothing that makes an image of it", MarkerId, ResourceSearch::Unreadable, 0},
+        {"", MarkerId, ResourceSearch::Unreadable, 0},
     };
-    EXPECT_EQ(search(OwnText(Pe32Marker), MarkerId), ResourceSearch::Found);
-    EXPECT_EQ(search(OwnText(Pe64Marker), MarkerId), ResourceSearch::Found);
-    EXPECT_EQ(search(OwnText(Pe64Marker), 2), ResourceSearch::NotFound);
-    EXPECT_EQ(search(OwnText(Pe64Other), MarkerId), ResourceSearch::NotFound);
-    EXPECT_EQ(search(OwnText(HelperResource), MarkerId), ResourceSearch::NotFound);
-    EXPECT_EQ(search("MZ, and nothing that makes an image of it", MarkerId),
-              ResourceSearch::Unreadable);
-    EXPECT_EQ(search("", MarkerId), ResourceSearch::Unreadable);
-    EXPECT_EQ(FindResourceInFile(folder + L"\\missing.exe", MarkerId), ResourceSearch::Unreadable);
-    EXPECT_EQ(FindResourceInFile(folder, MarkerId), ResourceSearch::Unreadable);
-}
-
-TEST(Resources, MachineTypesAreRead) {
-    const std::wstring folder = MakeTestFolder();
-    const auto read = [&](std::string_view content) {
-        WriteText(folder + L"\\file.exe", content);
-        return ReadMachineType(folder + L"\\file.exe");
-    };
-    EXPECT_EQ(read(OwnText(Pe32Marker)), MachineX86);
-    EXPECT_EQ(read(OwnText(Pe64Marker)), MachineX64);
-    EXPECT_NE(read(OwnText(HelperResource)), 0);
-    EXPECT_EQ(read("MZ"), 0);
-    EXPECT_EQ(ReadMachineType(folder + L"\\missing.exe"), 0);
+    const std::wstring path = folder + L"\\file.exe";
+    for (const auto& [content, id, search, machine] : cases) {
+        WriteText(path, content);
+        EXPECT_EQ(FindResourceInFile(path, id), search) << content.substr(0, 20);
+        EXPECT_EQ(ReadMachineType(path), machine) << content.substr(0, 20);
+    }
+    WriteText(path, OwnText(HelperResource));
+    EXPECT_EQ(FindResourceInFile(path, MarkerId), ResourceSearch::NotFound);
+    EXPECT_NE(ReadMachineType(path), 0);
+    for (const std::wstring& none : {folder + L"\\missing.exe", folder}) {
+        EXPECT_EQ(FindResourceInFile(none, MarkerId), ResourceSearch::Unreadable);
+        EXPECT_EQ(ReadMachineType(none), 0);
+    }
 }
 
 TEST(ExecutableImage, BothFormatsAreRead) {

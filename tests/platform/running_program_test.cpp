@@ -43,60 +43,22 @@ TEST_F(RunningProgram, IsReadCopiedHiddenAndProbed) {
     EXPECT_EQ(ChangeAttributes(path_, AttributeNormal), Error::None);
 }
 
-TEST_F(RunningProgram, IsRenamedAndItsPlaceTakenByTheNext) {
-    TestSupport::InstallHelper(At(L"new.exe"));
-    ASSERT_EQ(MovePath(path_, At(L"game.exe.old0"), {.writeThrough = true}), Error::None);
-    ASSERT_EQ(MovePath(At(L"new.exe"), path_, {.writeThrough = true}), Error::None);
-    EXPECT_EQ(RemoveFile(At(L"game.exe.old0")), Error::AccessDenied);
-    WriteText(At(L"stop"), "");
-    ASSERT_TRUE(process_.WaitForEnd());
-    EXPECT_EQ(RemoveFile(At(L"game.exe.old0")), Error::None);
-    EXPECT_EQ(RemoveFile(path_), Error::None);
-}
-
-// What another process holds, it holds until it ends, in whatever way.
-class HeldByAnother : public TestSupport::Scratch {
-protected:
-    HeldByAnother() {
-        WriteText(path_, "held");
-        TestSupport::InstallHelper(At(L"helper.exe"));
-    }
-    ~HeldByAnother() override { process_.Kill(); }
-
-    void Hold(unsigned access, unsigned sharing) {
-        ASSERT_EQ(process_.Start(At(L"helper.exe"),
-                                 {L"open", path_, std::to_wstring(access), std::to_wstring(sharing),
-                                  At(L"ready"), At(L"stop")}),
-                  Error::None);
-        ASSERT_TRUE(TestSupport::WaitForFile(At(L"ready")));
-    }
-
-    const std::wstring path_ = At(L"held.dat");
-    TestSupport::HelperProcess process_;
-};
-
-TEST_F(HeldByAnother, WithoutSharing) {
-    Hold(AccessRead, ShareNone);
+TEST_F(RunningProgram, HoldsWhatItHasOpenUntilItIsKilled) {
+    const std::wstring held = At(L"held.dat");
+    WriteText(held, "held");
+    TestSupport::HelperProcess holder;
+    ASSERT_EQ(holder.Start(path_, {L"open", held, std::to_wstring(AccessRead),
+                                   std::to_wstring(ShareNone), At(L"holds"), At(L"stop")}),
+              Error::None);
+    ASSERT_TRUE(TestSupport::WaitForFile(At(L"holds")));
     File file;
-    EXPECT_EQ(file.Open(path_, {}), Error::SharingViolation);
-    EXPECT_EQ(file.Open(path_, {.access = AccessDelete}), Error::SharingViolation);
-    EXPECT_EQ(RemoveFile(path_), Error::SharingViolation);
-    EXPECT_EQ(MovePath(path_, At(L"moved"), {}), Error::SharingViolation);
-    EXPECT_TRUE(PathExists(path_));
-    process_.Kill();
-    EXPECT_EQ(ReadText(path_), "held");
-    EXPECT_EQ(RemoveFile(path_), Error::None);
-}
-
-TEST_F(HeldByAnother, SharingReadingOnly) {
-    Hold(AccessRead, ShareRead);
-    EXPECT_EQ(ReadText(path_), "held");
-    File file;
-    EXPECT_EQ(file.Open(path_, {.access = AccessWrite}), Error::SharingViolation);
-    EXPECT_EQ(RemoveFile(path_), Error::SharingViolation);
-    WriteText(At(L"stop"), "");
-    ASSERT_TRUE(process_.WaitForEnd());
-    EXPECT_EQ(file.Open(path_, {.access = AccessWrite}), Error::None);
+    EXPECT_EQ(file.Open(held, {}), Error::SharingViolation);
+    EXPECT_EQ(file.Open(held, {.access = AccessDelete}), Error::SharingViolation);
+    EXPECT_EQ(RemoveFile(held), Error::SharingViolation);
+    EXPECT_EQ(MovePath(held, At(L"moved"), {}), Error::SharingViolation);
+    holder.Kill();
+    EXPECT_EQ(ReadText(held), "held");
+    EXPECT_EQ(RemoveFile(held), Error::None);
 }
 
 }  // namespace

@@ -41,18 +41,6 @@ TEST_F(Sharing, EveryPairOfHandlesObeysTheRule) {
     EXPECT_EQ(allowed, 361);  // of 3136
 }
 
-TEST_F(Sharing, EndsWithTheHandle) {
-    ASSERT_EQ(Hold(AccessRead, ShareNone), Error::None);
-    EXPECT_EQ(ReadText(path_), "");
-    held_.Close();
-    EXPECT_EQ(ReadText(path_), "held");
-    ASSERT_EQ(Hold(AccessRead, ShareNone), Error::None);
-    File moved = std::move(held_);
-    EXPECT_EQ(ReadText(path_), "");
-    moved = File();
-    EXPECT_EQ(ReadText(path_), "held");
-}
-
 TEST_F(Sharing, EmptyingAnOpenFileAsksItsHolders) {
     ASSERT_EQ(Hold(AccessRead, ShareRead | ShareDelete), Error::None);
     File other;

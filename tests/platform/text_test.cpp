@@ -6,13 +6,6 @@
 namespace Platform {
 namespace {
 
-TEST(Text, GoesBothWays) {
-    for (const char* text : {"", "plain", "\xc3\xa4\xd0\xb8\xe9\x81\x8a", "\xf0\x9f\x8e\xae!"}) {
-        EXPECT_EQ(Utf8FromWide(WideFromUtf8(text)), text);
-    }
-    EXPECT_EQ(WideFromUtf8(std::string_view("a\0b", 3)).size(), 3u);
-}
-
 TEST(Text, WhatIsNoTextIsReplaced) {
     for (const char* text : {"a\xff"
                              "b",

@@ -10,7 +10,6 @@
 #include "platform/clock.h"
 #include "platform/entry.h"
 #include "platform/files.h"
-#include "platform/named_objects.h"
 #include "platform/processes.h"
 #include "platform/registry.h"
 #include "platform/shell_links.h"
@@ -37,19 +36,11 @@ void Write(const std::wstring& path, std::string_view text) {
 /// A helper whose test has died ends by itself.
 constexpr std::uint64_t LongestStay = 120'000;
 
-bool IsOver(const std::wstring& stop) {
-    static const std::uint64_t end = TickMilliseconds() + LongestStay;
-    return PathExists(stop) || TickMilliseconds() >= end;
-}
-
-void WaitFor(const std::wstring& path) {
-    while (!IsOver(path))
-        SleepMilliseconds(2);
-}
-
 void StayUntil(const std::wstring& ready, const std::wstring& stop) {
+    const std::uint64_t end = TickMilliseconds() + LongestStay;
     Write(ready, std::to_string(OwnProcessId()));
-    WaitFor(stop);
+    while (!PathExists(stop) && TickMilliseconds() < end)
+        SleepMilliseconds(2);
 }
 
 /// report|anything: writes its raw command line to report.txt in its working folder.
@@ -61,21 +52,6 @@ int Report(const Words&, const std::wstring& commandLine) {
 /// stay|READY|STOP: just stays there.
 int Stay(const Words& words, const std::wstring&) {
     StayUntil(words.at(1), words.at(2));
-    return 0;
-}
-
-/// chain|PROGRAM|READY|STOP: starts another helper program that stays, and ends at once.
-int Chain(const Words& words, const std::wstring&) {
-    std::uint32_t id = 0;
-    const std::wstring line = L'"' + words.at(1) + L"\" stay|" + words.at(2) + L'|' + words.at(3);
-    return Succeeded(StartProcess({words.at(1), line, {}}, id)) ? 0 : 1;
-}
-
-/// burn|READY|STOP: never waits for anything.
-int Burn(const Words& words, const std::wstring&) {
-    Write(words.at(1), "");
-    while (!IsOver(words.at(2))) {
-    }
     return 0;
 }
 
@@ -100,37 +76,6 @@ int DeleteOnClose(const Words& words, const std::wstring&) {
     return 0;
 }
 
-/// objects|MUTEX|EVENT|READY|STOP: holds a mutex and an event that is set.
-int HoldObjects(const Words& words, const std::wstring&) {
-    NamedMutex mutex;
-    NamedEvent event;
-    bool existed = false;
-    if (!Succeeded(mutex.Create(words.at(1), existed)) ||
-        !Succeeded(event.Create(words.at(2), existed)) || !Succeeded(event.Set())) {
-        return 1;
-    }
-    StayUntil(words.at(3), words.at(4));
-    return 0;
-}
-
-/// race|PREFIX|COUNT|READY|GO|RESULT|STOP: waits for GO, makes mutexes PREFIX0, PREFIX1, ..., and
-/// writes to RESULT which of them it was the first to make, a line each. Holds them until STOP.
-int Race(const Words& words, const std::wstring&) {
-    std::vector<NamedMutex> mutexes(std::stoul(words.at(2)));
-    Write(words.at(3), "");
-    WaitFor(words.at(4));
-    std::string made;
-    for (std::size_t index = 0; index < mutexes.size(); ++index) {
-        bool existed = false;
-        const std::wstring name = words.at(1) + std::to_wstring(index);
-        if (!Succeeded(mutexes[index].Create(name, existed))) return 1;
-        if (!existed) made += std::to_string(index) + '\n';
-    }
-    Write(words.at(5), made);
-    WaitFor(words.at(6));
-    return 0;
-}
-
 /// registry-change|KEY|READY: changes values of the key, and makes and removes keys below it,
 /// until it is killed. The values are a number and a text of that many equal letters.
 int ChangeRegistry(const Words& words, const std::wstring&) {
@@ -150,20 +95,6 @@ int ChangeRegistry(const Words& words, const std::wstring&) {
     }
 }
 
-/// registry-fill|KEY|PREFIX|COUNT|READY|GO: waits for GO and writes numbers PREFIX0, PREFIX1, ...
-int FillRegistry(const Words& words, const std::wstring&) {
-    const auto count = static_cast<std::uint32_t>(std::stoul(words.at(3)));
-    StayUntil(words.at(4), words.at(5));
-    for (std::uint32_t index = 0; index < count; ++index) {
-        RegistryKey key;
-        if (!Succeeded(key.Create(words.at(1))) ||
-            !Succeeded(key.WriteDword(words.at(2) + std::to_wstring(index), index))) {
-            return 1;
-        }
-    }
-    return 0;
-}
-
 /// read-link|LINK|REPORT: writes what a shell link holds to REPORT: target, working folder and
 /// description, a line each.
 int ReadLink(const Words& words, const std::wstring&) {
@@ -178,14 +109,9 @@ int ReadLink(const Words& words, const std::wstring&) {
 const std::map<std::wstring, int (*)(const Words&, const std::wstring&)> g_commands = {
     {L"report", Report},
     {L"stay", Stay},
-    {L"chain", Chain},
-    {L"burn", Burn},
     {L"open", OpenFile},
     {L"delete-on-close", DeleteOnClose},
-    {L"objects", HoldObjects},
-    {L"race", Race},
     {L"registry-change", ChangeRegistry},
-    {L"registry-fill", FillRegistry},
     {L"read-link", ReadLink},
 };
 

@@ -2,11 +2,10 @@
 
 #include <cstdio>
 #include <stdexcept>
-#include <vector>
 
-#include "platform/http.h"
 #include "platform/paths.h"
 #include "platform/text.h"
+#include "support/http_get.h"
 #include "support/test_files.h"
 
 namespace TestServer {
@@ -19,30 +18,12 @@ std::wstring Address(const std::wstring& variable, const std::wstring& path) {
     return base + path;
 }
 
-std::string Get(const std::wstring& url) {
-    Platform::CrackedUrl parts;
-    Platform::HttpSession session;
-    Platform::HttpRequest request;
-    if (!Succeeded(Platform::CrackUrl(url, parts)) ||
-        !Succeeded(session.Open(L"test", std::nullopt)) ||
-        !Succeeded(request.Connect(session, parts.host, parts.port)) ||
-        !Succeeded(
-            request.Prepare(parts.path, parts.secure, Platform::CertificatePolicy::Strict)) ||
-        !Succeeded(request.Send()) || request.StatusCode() != 200u) {
-        throw std::runtime_error("the test server does not do " + Platform::Utf8FromWide(url));
-    }
-    std::string text;
-    std::vector<std::byte> block(65'536);
-    std::size_t got = 0;
-    do {
-        if (!Succeeded(request.Read(block, got))) throw std::runtime_error("no answer");
-        text.append(reinterpret_cast<const char*>(block.data()), got);
-    } while (got > 0);
-    return text;
-}
-
 std::string Control(const std::string& order) {
-    return Get(Address(L"TOLVAN_TEST_CONTROL", Platform::WideFromUtf8(order)));
+    HttpGet get(Address(L"TOLVAN_TEST_CONTROL", Platform::WideFromUtf8(order)));
+    if (!Succeeded(get.Run().error) || get.request.StatusCode() != 200u) {
+        throw std::runtime_error("the test server does not do " + order);
+    }
+    return get.body;
 }
 
 }  // namespace

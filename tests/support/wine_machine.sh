@@ -6,7 +6,6 @@
 #
 #   init [--trust CA.pem]...      makes the machine; its programs trust these certificate authorities
 #   path 'C:\dir\file'            prints where that lies here (any case; it need not exist)
-#   windows-path /dir/file        prints the Windows path of what lies on one of the machine's drives
 #   map LETTER /dir               makes a folder of this system a drive of the machine
 #   reg query|add|delete ...      the arguments of Windows' own reg
 #   run 'C:\dir\program.exe' ...  runs a program and returns its exit code (8 bits of it); 125 when
@@ -183,24 +182,6 @@ path() {
   echo "$here"
 }
 
-windows_path() {
-  local full link folder
-  full=$(readlink -f "$1") || fail "there is no $1"
-  for link in "$machine/prefix/dosdevices"/?:; do
-    folder=$(readlink -f "$link")
-    case "$full" in
-      "$folder"|"$folder"/*)
-        link=${link##*/}
-        full=${link^^}\\${full#"$folder"}
-        full=${full//\//\\}
-        echo "${full/\\\\/\\}"
-        return
-        ;;
-    esac
-  done
-  fail "$1 lies on no drive of the machine"
-}
-
 # Wine here runs 64-bit programs only: it starts a 32-bit one, does nothing, and reports success.
 is_32_bit() {
   local header
@@ -258,7 +239,6 @@ end() {
 case "$command" in
   init) init "$@" ;;
   path) path "$1" ;;
-  windows-path) windows_path "$1" ;;
   map) map "$1" "$2" ;;
   reg) registry "$@" ;;
   run) run "$@" ;;

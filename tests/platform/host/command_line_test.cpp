@@ -29,15 +29,3 @@ TEST(CommandLine, IsSplitByTheRulesOfWindows) {
         EXPECT_EQ(SplitCommandLine(line), arguments) << line;
     }
 }
-
-TEST(CommandLine, WithoutTheProgramIsWhatStandsBehindIt) {
-    EXPECT_EQ(SkipProgramName(R"("C:\A B\p.exe"   --x "y z" )"), R"(--x "y z" )");
-    EXPECT_EQ(SkipProgramName("p"), "");
-}
-
-TEST(CommandLine, ArgumentsOfAShellBecomeSwitches) {
-    EXPECT_EQ(JoinArguments({}), "");
-    EXPECT_EQ(JoinArguments({"--nopatch", "--lang=2"}), "--nopatch --lang=2");
-    EXPECT_EQ(JoinArguments({R"(--target=C:\A B)", "--sub=1"}), R"(--target="C:\A B" --sub=1)");
-    EXPECT_EQ(JoinArguments({"a b=c", ""}), R"("a b=c" "")");
-}

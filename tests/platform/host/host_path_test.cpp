@@ -59,24 +59,5 @@ TEST(HostPath, MapsWindowsPaths) {
     ASSERT_EQ(ChangeCurrentFolder(L"C:\\"), Error::None);
 }
 
-TEST(HostPath, GoesBackToWindows) {
-    const std::string& machine = MachineFolder();
-    EXPECT_EQ(WindowsPathOf(machine + "/drive_c"), L"C:\\");
-    EXPECT_EQ(WindowsPathOf(machine + "/drive_d/Games/x y"), L"D:\\Games\\x y");
-    EXPECT_EQ(WindowsPathOf(machine + "/run/locks"), L"");
-    EXPECT_EQ(WindowsPathOf(machine + "x/drive_c"), L"");
-    EXPECT_EQ(WindowsPathOf("/usr/bin/env"), L"");
-    EXPECT_EQ(WindowsPathOfProgram("/usr/bin/env"), L"C:\\Program Files (x86)\\Tolvan Tests\\env");
-}
-
-TEST(HostPath, TellsTheNamesOnDisk) {
-    const std::string& machine = MachineFolder();
-    EXPECT_EQ(HostPathOf(L"c:\\windows\\SYSTEM32"), machine + "/drive_c/Windows/System32");
-    EXPECT_EQ(HostPathOf(L"c:\\USERS\\New One\\x"), machine + "/drive_c/Users/New One/x");
-    EXPECT_EQ(HostPathOf(L"C:\\"), machine + "/drive_c");
-    EXPECT_EQ(HostPathOf(L"q:\\x\\y"), machine + "/drive_q/x/y");
-    EXPECT_EQ(HostPathOf(L"C:\\a?b"), "");
-}
-
 }  // namespace
 }  // namespace Platform::Host

@@ -3,13 +3,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 #include "platform/host/machine.h"
-#include "platform/message_box.h"
 #include "platform/processes.h"
 #include "support/helper_process.h"
 #include "support/test_files.h"
@@ -28,30 +26,11 @@ Error StartAlone(const std::wstring& program) {
 
 }  // namespace
 
-TEST(HostProcesses, AProgramForAnotherMachineIsRefused) {
-    constexpr off_t MachineOffset = 18;
-    const std::wstring program = MakeTestFolder() + L"\\program.exe";
-    InstallHelper(program);
-    ASSERT_EQ(StartAlone(program), Error::None);
-    const int file = open(Host::HostPathOf(program).c_str(), O_WRONLY | O_CLOEXEC);
-    const std::uint16_t arm64 = 183;
-    ASSERT_EQ(pwrite(file, &arm64, sizeof arm64, MachineOffset), 2);
-    close(file);
-    EXPECT_EQ(StartAlone(program), Error::BadExecutable);
-}
-
 TEST(HostProcesses, WhatOnlyThisSystemWouldRunIsRefused) {
     const std::wstring folder = MakeTestFolder();
     WriteText(folder + L"\\script.exe", "#!/bin/sh\nexit 0\n");
     EXPECT_EQ(StartAlone(folder + L"\\script.exe"), Error::BadExecutable);
     EXPECT_EQ(StartAlone(folder), Error::AccessDenied);
-}
-
-TEST(HostProcesses, AProgramWithoutTheExecutableBitRuns) {
-    const std::wstring program = MakeTestFolder() + L"\\program.exe";
-    InstallHelper(program);
-    ASSERT_EQ(chmod(Host::HostPathOf(program).c_str(), 0644), 0);
-    EXPECT_EQ(StartAlone(program), Error::None);
 }
 
 TEST(HostProcesses, ADescriptorThatIsStillOpenForWritingIsWaitedFor) {
@@ -76,17 +55,6 @@ TEST(HostProcesses, OneThatNobodyWaitedForHasEnded) {
     EXPECT_EQ(waitpid(child, nullptr, 0), child);
 }
 
-TEST(HostProcesses, OneThatWaitsIsIdle) {
-    const std::wstring folder = MakeTestFolder();
-    InstallHelper(folder + L"\\idle.exe");
-    HelperProcess process;
-    ASSERT_EQ(
-        process.Start(folder + L"\\idle.exe", {L"stay", folder + L"\\ready", folder + L"\\stop"}),
-        Error::None);
-    ASSERT_TRUE(WaitForFile(folder + L"\\ready"));
-    EXPECT_TRUE(WaitUntil([&] { return IsProcessIdle(process.Id()); }));
-}
-
 TEST(HostProcesses, AProgramInheritsNoOpenFile) {
     const std::wstring folder = MakeTestFolder();
     InstallHelper(folder + L"\\heir.exe");
@@ -101,33 +69,4 @@ TEST(HostProcesses, AProgramInheritsNoOpenFile) {
     pollfd ended{ends[0], POLLIN, 0};
     EXPECT_EQ(poll(&ended, 1, 0), 1) << "somebody else holds the pipe's other end";
     close(ends[0]);
-}
-
-TEST(HostProcesses, ManyThreadsStartProgramsThatTheyJustWrote) {
-    const std::wstring folder = MakeTestFolder();
-    std::vector<std::jthread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&, thread] {
-            for (int round = 0; round < 10; ++round) {
-                const std::wstring program = folder + L"\\" + std::to_wstring(thread) + L"-" +
-                                             std::to_wstring(round) + L".exe";
-                InstallHelper(program);
-                EXPECT_EQ(StartAlone(program), Error::None);
-            }
-        });
-    }
-}
-
-TEST(HostMessageBox, IsRecordedInTheMachine) {
-    const char* display = getenv("DISPLAY");
-    const std::string kept = display == nullptr ? "" : display;
-    unsetenv("DISPLAY");
-    ShowErrorBox(L"Tolvan Online", L"first line\nsecond\t\u00E4");
-    if (display != nullptr) setenv("DISPLAY", kept.c_str(), 1);
-    const std::string command = "tail -n 1 '" + Host::RunFolder() + "/message_boxes.log'";
-    FILE* tail = popen(command.c_str(), "r");
-    char line[200] = {};
-    ASSERT_NE(fgets(line, sizeof line, tail), nullptr);
-    pclose(tail);
-    EXPECT_STREQ(line, "Tolvan Online\tfirst line\\nsecond\\t\u00E4\n");
 }

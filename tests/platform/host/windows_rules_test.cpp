@@ -10,25 +10,6 @@ using TestSupport::WriteText;
 
 class WindowsRules : public TestSupport::Scratch {};
 
-TEST_F(WindowsRules, ReadOnlyFilesAreNotWrittenOrReplaced) {
-    const std::wstring path = At(L"fixed.txt");
-    WriteText(path, "fixed");
-    WriteText(At(L"other.txt"), "other");
-    ASSERT_EQ(ChangeAttributes(path, AttributeReadOnly | AttributeHidden), Error::None);
-    File file;
-    EXPECT_EQ(file.Open(path, {.access = AccessWrite}), Error::AccessDenied);
-    EXPECT_EQ(file.Open(path, {.access = AccessWrite, .disposition = Disposition::CreateAlways}),
-              Error::AccessDenied);
-    EXPECT_EQ(file.Open(path, {.sharing = ShareAll, .deleteOnClose = true}), Error::AccessDenied);
-    EXPECT_EQ(MovePath(At(L"other.txt"), path, {.replaceExisting = true}), Error::AccessDenied);
-    EXPECT_EQ(CopyFileTo(At(L"other.txt"), path, true), Error::AccessDenied);
-    EXPECT_EQ(ReadText(path), "fixed");
-    EXPECT_EQ(MovePath(path, At(L"renamed.txt"), {}), Error::None);
-    FileInfo info;
-    EXPECT_EQ(GetFileInfo(At(L"renamed.txt"), info), Error::None);
-    EXPECT_EQ(info.attributes, AttributeReadOnly | AttributeHidden);
-}
-
 TEST_F(WindowsRules, HiddenAndSystemFilesAreNotEmptied) {
     WriteText(At(L"client.exe"), "client");
     WriteText(At(L"other.exe"), "other");

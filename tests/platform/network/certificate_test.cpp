@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/network/http_get.h"
+#include "support/http_get.h"
 #include "support/test_server.h"
 
 namespace {

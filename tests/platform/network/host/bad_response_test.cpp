@@ -2,7 +2,7 @@
 #include <string>
 
 #include "platform/network/host/listener.h"
-#include "platform/network/http_get.h"
+#include "support/http_get.h"
 #include "support/test_server.h"
 
 namespace {

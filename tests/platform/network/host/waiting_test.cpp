@@ -7,7 +7,7 @@
 
 #include "platform/clock.h"
 #include "platform/network/host/listener.h"
-#include "platform/network/http_get.h"
+#include "support/http_get.h"
 #include "support/test_server.h"
 
 namespace {
@@ -66,21 +66,6 @@ TEST(HttpCancel, WakesARequestWhereverItWaits) {
         EXPECT_LT(cancelling.Measure(row.line, [&] { get.Run(); }), CancelLimit);
         EXPECT_EQ(get.error, Error::HttpOperationCancelled);
     }
-}
-
-TEST(HttpCancel, StopsABodyThatNeverEnds) {
-    const Misbehaviour misbehaviour("endless=endless");
-    Cancelling cancelling;
-    HttpGet get(Https(L"endless"));
-    get.request.CancelWhen(cancelling.Asker());
-    std::vector<std::byte> piece(65'536);
-    std::size_t got = 1;
-    get.Send();
-    cancelling.flag = true;
-    while (Succeeded(get.error) && got > 0) {
-        get.error = get.request.Read(piece, got);
-    }
-    EXPECT_EQ(get.error, Error::HttpOperationCancelled);
 }
 
 TEST(HttpCancel, WakesAConnectionThatDoesNotComeAbout) {

@@ -66,6 +66,19 @@ TEST_F(Moving, OnlyTheCaseChanges) {
     EXPECT_EQ(ReadText(At(L"readme.txt")), "text");
 }
 
+TEST_F(Moving, AnotherDriveIsAnotherDevice) {
+    WriteText(At(L"file"), "text");
+    ASSERT_EQ(MakeFolder(At(L"folder")), Error::None);
+    EXPECT_EQ(MovePath(At(L"file"), L"D:\\file", {}), Error::NotSameDevice);
+    EXPECT_EQ(MovePath(At(L"folder"), L"D:\\folder", {}), Error::NotSameDevice);
+    EXPECT_EQ(MovePath(At(L"folder"), L"D:\\folder", {.copyAllowed = true}), Error::AccessDenied);
+    EXPECT_EQ(MovePath(At(L"gone"), L"D:\\file", {}), Error::FileNotFound);
+    EXPECT_EQ(MovePath(At(L"file"), L"D:\\file", {.copyAllowed = true}), Error::None);
+    EXPECT_EQ(ReadText(L"D:\\file"), "text");
+    EXPECT_FALSE(PathExists(At(L"file")));
+    EXPECT_EQ(RemoveFile(L"D:\\file"), Error::None);
+}
+
 TEST_F(Moving, AFileMayNotBeRemovedAsTheWrongKind) {
     WriteText(At(L"file"), "");
     ASSERT_EQ(MakeFolderPath(At(L"folder\\inner")), Error::None);

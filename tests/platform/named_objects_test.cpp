@@ -2,7 +2,9 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "platform/processes.h"
 

@@ -1,6 +1,5 @@
 #include "platform/registry.h"
 
-#include <array>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/host/machine.h"
 #include "platform/paths.h"
 #include "platform/text.h"
 #include "support/scratch.h"

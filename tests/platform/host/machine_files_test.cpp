@@ -4,10 +4,8 @@
 #include <fstream>
 #include <functional>
 
-#include "platform/disks.h"
 #include "platform/files.h"
 #include "platform/host/machine.h"
-#include "platform/text.h"
 #include "support/helper_process.h"
 #include "support/scratch.h"
 
@@ -88,31 +86,6 @@ TEST_F(MachineFiles, WhatAKilledProcessWouldHaveDeletedIsGone) {
         look();
         EXPECT_EQ(RemoveFile(At(L"ready")), Error::None);
     }
-}
-
-class OtherDrive : public TestSupport::Scratch {
-protected:
-    OtherDrive() { std::filesystem::create_directory(host_); }
-    ~OtherDrive() override { std::filesystem::remove_all(host_); }
-
-    const std::string host_ = Host::MachineFolder() + "/drive_t";
-};
-
-TEST_F(OtherDrive, IsAnotherDevice) {
-    WriteText(At(L"file"), "text");
-    ASSERT_EQ(MakeFolder(At(L"folder")), Error::None);
-    EXPECT_EQ(MovePath(At(L"file"), L"T:\\file", {}), Error::NotSameDevice);
-    EXPECT_EQ(MovePath(At(L"folder"), L"T:\\folder", {}), Error::NotSameDevice);
-    EXPECT_EQ(MovePath(At(L"folder"), L"T:\\folder", {.copyAllowed = true}), Error::AccessDenied);
-    EXPECT_EQ(MovePath(At(L"gone"), L"T:\\file", {}), Error::FileNotFound);
-    EXPECT_EQ(MovePath(At(L"file"), L"T:\\file", {.copyAllowed = true}), Error::None);
-    EXPECT_EQ(ReadText(L"T:\\file"), "text");
-    EXPECT_FALSE(PathExists(At(L"file")));
-    const std::vector<std::wstring> drives = ListFixedDrives();
-    EXPECT_EQ(drives, (std::vector<std::wstring>{L"C:", L"D:", L"T:"}));
-    EXPECT_EQ(MakeFolder(L"Q:\\x"), Error::PathNotFound);
-    FileInfo info;
-    EXPECT_EQ(GetFileInfo(L"Q:\\", info), Error::PathNotFound);
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ bool Wants64BitClient(Platform::Architecture machine, std::uint32_t archSetting)
 void ClientUpdate::Start(const std::wstring& baseUrl, const std::wstring& installFolder,
                          std::uint32_t archSetting, bool checkOnly) {
     Cancel(installFolder.empty() ? Disabled : Running);
-    deferralLogged_ = swapFailed_ = false;
+    deferralLogged_ = swapFailed_ = stagedMissing_ = false;
     if (installFolder.empty()) return;
     clientPath_ = JoinPath(installFolder, ClientFileName);
     stagedPath_ = clientPath_ + L".part";
@@ -95,7 +95,8 @@ std::wstring ClientUpdate::Detail() const {
 
 bool ClientUpdate::HoldsPlay() const {
     const ClientUpdateOutcome outcome = outcome_;
-    return needsUpdate_ && (outcome == Running || (outcome == Staged && !swapFailed_));
+    return needsUpdate_ &&
+           (outcome == Running || (outcome == Staged && !swapFailed_ && !stagedMissing_));
 }
 
 bool ClientUpdate::HasFailedForPlay() const {
@@ -103,17 +104,15 @@ bool ClientUpdate::HasFailedForPlay() const {
     return needsUpdate_ && (outcome == CheckFailed || outcome == Failed);
 }
 
-ClientUpdateOutcome ClientUpdate::End(const std::stop_token& stop, ClientUpdateOutcome outcome,
-                                      std::wstring detail) {
+void ClientUpdate::End(const std::stop_token& stop, ClientUpdateOutcome outcome,
+                       std::wstring detail) {
     std::string line = std::string("clientupdate: ") + LogWord(outcome);
     if (!detail.empty()) line += " -- " + Platform::Utf8FromWide(detail);
     BootLog(line);
     const std::scoped_lock lock(detailLock_);
-    if (!stop.stop_requested()) {
-        detail_ = std::move(detail);
-        outcome_ = outcome;
-    }
-    return outcome;
+    if (stop.stop_requested()) return;
+    detail_ = std::move(detail);
+    outcome_ = outcome;
 }
 
 void ClientUpdate::Run(const Request& request, const std::stop_token& stop) {
@@ -130,17 +129,21 @@ void ClientUpdate::Run(const Request& request, const std::stop_token& stop) {
     }
     if (request.checkOnly) {
         End(stop, Disabled, L"--checkonly");
-    } else if (Fetch(request, publishedName, wants64Bit, stop) == Failed) {
-        // Nothing half stays behind; a staged client of an earlier run survives a failed check.
-        (void)Platform::RemoveFile(request.stagedPath);
+    } else {
+        Fetch(request, publishedName, wants64Bit, stop);
     }
 }
 
-ClientUpdateOutcome ClientUpdate::Fetch(const Request& request, const std::wstring& publishedName,
-                                        bool wants64Bit, const std::stop_token& stop) {
+void ClientUpdate::Fetch(const Request& request, const std::wstring& publishedName, bool wants64Bit,
+                         const std::stop_token& stop) {
     const auto cancelled = [&] { return stop.stop_requested(); };
     const auto end = [&](ClientUpdateOutcome outcome, std::wstring detail) {
-        return End(stop, outcome, std::move(detail));
+        End(stop, outcome, std::move(detail));
+    };
+    // Nothing half stays behind; a staged client of an earlier run survives a failed check.
+    const auto reject = [&](std::wstring detail) {
+        (void)Platform::RemoveFile(request.stagedPath);
+        end(Failed, std::move(detail));
     };
     const std::wstring& clientPath = request.clientPath;
     const std::wstring& stagedPath = request.stagedPath;
@@ -168,18 +171,18 @@ ClientUpdateOutcome ClientUpdate::Fetch(const Request& request, const std::wstri
     errorText.clear();
     if (!FetchFile(request.baseUrl + L"patcher/" + EncodeUrlPath(publishedName), stagedPath,
                    nullptr, cancelled, &errorText, nullptr)) {
-        return end(Failed, L"download failed -- " + (errorText.empty() ? L"unknown" : errorText));
+        return reject(L"download failed -- " + (errorText.empty() ? L"unknown" : errorText));
     }
     if (SizeOf(stagedPath) != published->size) {
-        return end(Failed, L"the downloaded client was the wrong size");
+        return reject(L"the downloaded client was the wrong size");
     }
     if (CrcOfFile(stagedPath) != published->crc) {
-        return end(Failed, L"the downloaded client did not match its published CRC");
+        return reject(L"the downloaded client did not match its published CRC");
     }
-    if (IsLauncherFile(stagedPath)) return end(Failed, L"the published client is a launcher");
+    if (IsLauncherFile(stagedPath)) return reject(L"the published client is a launcher");
     const std::uint16_t machine = Platform::ReadMachineType(stagedPath);
     if (machine == 0 || Is64Bit(machine) != wants64Bit) {
-        return end(Failed, L"the published client is the wrong architecture");
+        return reject(L"the published client is the wrong architecture");
     }
     return end(Staged, {});
 }
@@ -191,7 +194,8 @@ void ClientUpdate::LogOnce(bool& logged, const char* line) {
 
 ClientSwap ClientUpdate::Swap() {
     if (outcome_ != Staged || swapFailed_) return ClientSwap::Done;
-    if (!Platform::PathExists(stagedPath_)) return ClientSwap::PathsMissing;
+    stagedMissing_ = !Platform::PathExists(stagedPath_);
+    if (stagedMissing_) return ClientSwap::PathsMissing;
     if (CountRunningClients(FolderOf(clientPath_)) > 0) return ClientSwap::Deferred;
 
     // A client that stays visible plays as well.

@@ -76,10 +76,9 @@ private:
     };
     void Cancel(ClientUpdateOutcome now);
     void Run(const Request& request, const std::stop_token& stop);
-    ClientUpdateOutcome Fetch(const Request& request, const std::wstring& publishedName,
-                              bool wants64Bit, const std::stop_token& stop);
-    ClientUpdateOutcome End(const std::stop_token& stop, ClientUpdateOutcome outcome,
-                            std::wstring detail);
+    void Fetch(const Request& request, const std::wstring& publishedName, bool wants64Bit,
+               const std::stop_token& stop);
+    void End(const std::stop_token& stop, ClientUpdateOutcome outcome, std::wstring detail);
     void LogOnce(bool& logged, const char* line);
 
     std::atomic<ClientUpdateOutcome> outcome_{ClientUpdateOutcome::NotStarted};
@@ -93,6 +92,7 @@ private:
     std::wstring stagedPath_;
     bool deferralLogged_ = false;  ///< each line once a run
     bool swapFailed_ = false;
+    bool stagedMissing_ = false;  ///< at the last try: somebody has taken the staged client away
 
     std::jthread worker_;  ///< last, so that it ends before what it uses
 };

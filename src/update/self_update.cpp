@@ -68,26 +68,25 @@ void SelfUpdate::Run(bool checkOnly) {
     }
     if (cancelled_) return End(CheckFailed, L"cancelled");
     const std::wstring staged = StagedLauncherPath(running);
-    if (Fetch(staged, *publishedCrc)) return End(Staged, {});
+    std::wstring failure = Fetch(staged, *publishedCrc);
+    if (failure.empty()) return End(Staged, {});
     // Whatever came down is not the published launcher, or not all of it.
     (void)Platform::RemoveFile(staged);
+    End(Failed, std::move(failure));
 }
 
-bool SelfUpdate::Fetch(const std::wstring& staged, std::uint32_t publishedCrc) {
+std::wstring SelfUpdate::Fetch(const std::wstring& staged, std::uint32_t publishedCrc) {
     std::wstring errorText;
     const std::wstring url =
         Deployment::AssetsUrl() + L"downloads/" + EncodeUrlPath(LauncherFileName);
     if (!FetchFile(
             url, staged, nullptr, [this] { return cancelled_.load(); }, &errorText, nullptr)) {
-        End(Failed, L"download failed -- " + (errorText.empty() ? L"unknown" : errorText));
-    } else if (CrcOfFile(staged) != publishedCrc) {
-        End(Failed, L"the downloaded launcher did not match its published CRC");
-    } else if (!IsLauncherFile(staged)) {
-        End(Failed, L"the downloaded file is not a launcher");
-    } else {
-        return true;
+        return L"download failed -- " + (errorText.empty() ? L"unknown" : errorText);
     }
-    return false;
+    if (CrcOfFile(staged) != publishedCrc) {
+        return L"the downloaded launcher did not match its published CRC";
+    }
+    return IsLauncherFile(staged) ? L"" : L"the downloaded file is not a launcher";
 }
 
 bool SelfUpdate::Apply(StandDownEvent& event, std::optional<WindowPosition> position) {

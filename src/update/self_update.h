@@ -53,7 +53,8 @@ public:
 private:
     void Run(bool checkOnly);
     void End(SelfUpdateOutcome outcome, std::wstring detail);
-    bool Fetch(const std::wstring& staged, std::uint32_t publishedCrc);
+    /// Why there is no newer launcher at staged; empty when there is.
+    std::wstring Fetch(const std::wstring& staged, std::uint32_t publishedCrc);
 
     std::atomic<SelfUpdateOutcome> outcome_{SelfUpdateOutcome::NotStarted};
     std::atomic<bool> cancelled_{false};

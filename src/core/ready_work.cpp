@@ -69,7 +69,8 @@ void ReadyWork::SwapLauncher(Platform::NativeWindow* window) {
     selfUpdateDone_ = true;
     BootLog("selfupdate: staged -> swapping and relaunching");
     std::optional<WindowPosition> position;
-    if (window) {
+    // A minimised window stands outside of every screen.
+    if (window && !window->IsMinimized()) {
         const Platform::Rect frame = window->GetFrameRect();
         position = WindowPosition{frame.left, frame.top};
     }

@@ -27,6 +27,7 @@ bool FolderIsMissing(const std::wstring& folder) {
 }  // namespace
 
 void InstallEngine::ConfigureInstall(const InstallOptions& options) {
+    Stop();
     options_ = options;
     stages_ = InstallStages(options);
 }

@@ -42,11 +42,11 @@ public:
     InstallEngine(const InstallEngine&) = delete;
     InstallEngine& operator=(const InstallEngine&) = delete;
 
-    /// Keeps the options and builds the stage list. Not while a run is on.
+    /// Keeps the options and builds the stage list. A run that is on is cancelled, and waited for.
     void ConfigureInstall(const InstallOptions& options);
     const std::vector<Stage>& Stages() const { return stages_; }
 
-    /// Builds the stage list of a removal of the folder. Not while a run is on.
+    /// Builds the stage list of a removal of the folder. As ConfigureInstall.
     void ConfigureUninstall(const std::wstring& folder, bool keepSettings);
 
     /// A removal runs to its end, whatever is asked. For a process outside of the folder.

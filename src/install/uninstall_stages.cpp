@@ -4,6 +4,7 @@
 namespace Launcher {
 
 void InstallEngine::ConfigureUninstall(const std::wstring& folder, bool keepSettings) {
+    Stop();
     options_ = {};
     options_.path = folder;
     stages_ = UninstallStages(keepSettings);

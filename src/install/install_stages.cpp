@@ -92,6 +92,11 @@ private:
     std::uint64_t sampleBytes_ = 0;
 };
 
+/// Where a file is downloaded to.
+std::wstring PartOf(const std::wstring& destination) {
+    return destination + L".part";
+}
+
 /// Puts a finished download in the place of what stood there, whatever its attributes.
 Platform::Error MoveIntoPlace(const std::wstring& part, const std::wstring& destination) {
     // There may be nothing to clear; the move tells.
@@ -173,6 +178,8 @@ bool InstallEngine::RunFetchClient(const Progress& progress) {
     const std::wstring published =
         std::wstring(L"patcher/Tolvan Online_") + (RunsOn64Bit() ? L"x64.exe" : L"x86.exe");
     const std::wstring client = options_.path + L"\\" + ClientFileName;
+    // A client that waited here for its swap is hidden, and hidden files cannot be written over.
+    (void)Platform::ChangeAttributes(PartOf(client), Platform::AttributeNormal);
     if (!FetchOne(Deployment::PatchUrl() + EncodeUrlPath(published), client, ClientFileName,
                   {.from = 0.0, .to = 0.95}, progress)) {
         return false;
@@ -312,7 +319,7 @@ bool InstallEngine::FetchOne(const std::wstring& url, const std::wstring& destin
         progress(share.from + (share.to - share.from) * part);
     };
     // What stands at the destination stays until the new file is whole.
-    const std::wstring part = destination + L".part";
+    const std::wstring part = PartOf(destination);
     std::wstring errorText;
     transferActive_ = true;
     bool fetched = FetchFile(

@@ -140,6 +140,12 @@ class Machine:
         except OSError:
             return 0
 
+    def hide(self, windows_path):
+        """Gives a file the attributes hidden and system."""
+        name, text = ("user.DOSATTRIB", b"0x6\0") if self.is_wine else ("user.tolvan.attributes",
+                                                                        b"6")
+        os.setxattr(self.path(windows_path), name, text)
+
     def find(self, pattern):
         """The Windows paths on C: of all that a pattern, with "/", finds."""
         drive = self.path("C:\\")

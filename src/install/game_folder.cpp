@@ -49,10 +49,11 @@ Platform::Error WriteFile(const std::wstring& path, std::span<const std::byte> b
 }
 
 bool CreateShellLink(const std::wstring& linkPath, const std::wstring& folder) {
-    return Platform::Succeeded(
-        Platform::SaveShellLink(linkPath, {.target = folder + L"\\" + LauncherFileName,
-                                           .workingFolder = folder,
-                                           .description = LinkDescription}));
+    const std::wstring launcher = folder + L"\\" + LauncherFileName;
+    return Platform::Succeeded(Platform::SaveShellLink(linkPath, {.target = launcher,
+                                                                  .workingFolder = folder,
+                                                                  .description = LinkDescription,
+                                                                  .icon = launcher}));
 }
 
 }  // namespace

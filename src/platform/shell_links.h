@@ -8,9 +8,10 @@
 namespace Platform {
 
 struct ShellLink {
-    std::wstring target;  ///< full path; its first icon is the link's
+    std::wstring target;  ///< full path
     std::wstring workingFolder;
     std::wstring description;
+    std::wstring icon;  ///< full path of the file whose first icon is the link's
 };
 
 /// Writes the link over whatever stood there. The calling thread holds a ShellApartment.

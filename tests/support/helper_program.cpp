@@ -95,14 +95,14 @@ int ChangeRegistry(const Words& words, const std::wstring&) {
     }
 }
 
-/// read-link|LINK|REPORT: writes what a shell link holds to REPORT: target, working folder and
-/// description, a line each.
+/// read-link|LINK|REPORT: writes what a shell link holds to REPORT: target, working folder,
+/// description and icon, a line each.
 int ReadLink(const Words& words, const std::wstring&) {
     const ShellApartment apartment;
     ShellLink link;
     if (!Succeeded(LoadShellLink(words.at(1), link))) return 1;
     Write(words.at(2), Utf8FromWide(link.target + L'\n' + link.workingFolder + L'\n' +
-                                    link.description + L'\n'));
+                                    link.description + L'\n' + link.icon + L'\n'));
     return 0;
 }
 

@@ -33,8 +33,9 @@ class InstallTest(LifeTest):
         for pattern in (DESKTOP_LINK, START_MENU_LINK):
             links = self.machine.find(pattern)
             self.assertEqual(len(links), 1, pattern)
+            launcher = f"{self.GAME}\\{LAUNCHER}"
             self.assertEqual(self.read_link(links[0]),
-                             [f"{self.GAME}\\{LAUNCHER}", self.GAME, "Play Tolvan Online"])
+                             [launcher, self.GAME, "Play Tolvan Online", launcher])
         self.assert_in_order(["setup: install starting", "install: finished -> receipt"],
                              self.boot_log().texts())
         self.installer.kill()
@@ -91,6 +92,9 @@ class InstallTest(LifeTest):
                 end = self.retry_install(progress)
             with self.subTest(rule):
                 self.assert_failed(end, title, error)
+        # A client that waited for its swap is hidden, and in nobody's way.
+        self.machine.write_file(self.client_path + ".part", b"an earlier client")
+        self.machine.hide(self.client_path + ".part")
         # A dead assets host costs nothing: the running launcher is copied.
         Server.clear()
         Server.set("*/downloads/*=status:503")

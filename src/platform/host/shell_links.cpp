@@ -8,13 +8,15 @@
 #include "platform/files.h"
 #include "platform/text.h"
 
-// On the host a link is a text file of three lines, in UTF-8: target, working folder, description.
+// On the host a link is a text file of four lines, in UTF-8: target, working folder, description,
+// icon.
 
 namespace Platform {
 
 namespace {
 
-constexpr std::array Fields{&ShellLink::target, &ShellLink::workingFolder, &ShellLink::description};
+constexpr std::array Fields{&ShellLink::target, &ShellLink::workingFolder, &ShellLink::description,
+                            &ShellLink::icon};
 
 }  // namespace
 

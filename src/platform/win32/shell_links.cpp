@@ -48,7 +48,7 @@ Error SaveShellLink(const std::wstring& linkPath, const ShellLink& link) {
     object->SetPath(link.target.c_str());
     object->SetWorkingDirectory(link.workingFolder.c_str());
     object->SetDescription(link.description.c_str());
-    object->SetIconLocation(link.target.c_str(), 0);
+    object->SetIconLocation(link.icon.c_str(), 0);
     return FromResult(file->Save(linkPath.c_str(), TRUE));
 }
 
@@ -67,6 +67,9 @@ Error LoadShellLink(const std::wstring& linkPath, ShellLink& link) {
     link.workingFolder = text.data();
     object->GetDescription(text.data(), size);
     link.description = text.data();
+    int index = 0;
+    object->GetIconLocation(text.data(), size, &index);
+    link.icon = text.data();
     return Error::None;
 }
 

@@ -105,11 +105,12 @@ class LifeTest(MachineTest):
         return files
 
     def read_link(self, link):
-        """Target, working folder and description of a shell link, as the shell gives them."""
+        """Target, working folder, description and icon of a shell link, as the shell gives
+        them."""
         report = f"{HELPER_FOLDER}\\link.txt"
         helper = self.start_helper("read-link", link, report)
         self.assertEqual(helper.wait(), 0, f"{link} is no link")
-        return self.machine.path(report).read_text().split("\n")[:3]
+        return self.machine.path(report).read_text().split("\n")[:4]
 
 
 class UpdateTest(LifeTest):

@@ -49,7 +49,7 @@ protected:
     }
     void TearDown() override {
         held_.Close();
-        (void)RemoveInstallFolder(area_, nullptr);
+        (void)RemoveInstallFolder(FolderOf(area_), nullptr);
         (void)RemoveInstallFolder(otherArea_, nullptr);
         for (const RegistryRecord& record : {g_otherProduct, g_otherEntry})
             EXPECT_EQ(record.ReadString(L"InstallLocation", L""), game_);

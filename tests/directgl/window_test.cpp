@@ -228,23 +228,5 @@ TEST_F(WindowTest, ResetBringsAWidgetBackToItsBirth) {
     EXPECT_EQ(gui.GetFocused(), nullptr);
 }
 
-TEST(WindowWithoutGuiTest, ATreeWorksByItself) {
-    Window root(nullptr);
-    root.SetSize(100, 50);
-    auto* child = new Window(nullptr);
-    root.AddChild(child);
-    child->SetSize(10, 10);
-    child->AlignRight();
-    EXPECT_EQ(root.HitTest({95, 5}), child);
-    child->FadeTo(0.0F, 1.0);
-    for (int i = 0; i < 30; ++i)
-        root.Update(i);
-    EXPECT_EQ(child->GetOpacity(), 0.0F) << "30 ticks a second without a Gui";
-    root.Draw();
-    root.RemoveChild(child);
-    const std::unique_ptr<Window> mine(child);
-    EXPECT_EQ(child->GetClipRect(), Rect{});
-}
-
 }  // namespace
 }  // namespace DirectGL

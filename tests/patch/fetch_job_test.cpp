@@ -53,14 +53,5 @@ TEST(PayloadCrc, CoversWhatStandsBetweenHeaderAndTrailer) {
     }
 }
 
-TEST(RateMeter, MeasuresOverStepsOfAQuarterSecond) {
-    RateMeter meter(1000);
-    EXPECT_EQ(meter.Measure(1100, 500), std::nullopt);
-    EXPECT_EQ(meter.Measure(1249, 900), std::nullopt);
-    EXPECT_EQ(meter.Measure(1250, 1000), 4000.0);
-    EXPECT_EQ(meter.Measure(1499, 9000), std::nullopt);
-    EXPECT_EQ(meter.Measure(2250, 1000), 0.0);
-}
-
 }  // namespace
 }  // namespace Launcher

@@ -65,15 +65,6 @@ TEST(DownloadConfigure, TellsAnOfflineMachineByTheProbeAlone) {
     EXPECT_EQ(download.Configure(FlagBlocking, Utf8FromWide(Https(L"x"))), ConfigureOffline);
 }
 
-TEST(DownloadConfigure, ForcesTlsWhereTold) {
-    Put("forced", "text");
-    std::wstring url = Https(L"forced");
-    url.replace(0, 5, L"http");
-    Watched download;
-    EXPECT_TRUE(download.Run(FlagBlocking | FlagForceSecure, url));
-    EXPECT_EQ(TextOf(download.Body()), "text");
-}
-
 TEST(Download, KeepsHeadersInFrontOfTheBody) {
     Put("page", "the%20body");
     Watched download;
@@ -124,20 +115,6 @@ TEST(Download, CompletesWhateverTheServerAnswers) {
             EXPECT_TRUE(TextOf(download.Body()) == row.body);
         }
     }
-}
-
-TEST(Download, TellsWhatFailed) {
-    Watched download;
-    ASSERT_EQ(download.Configure(FlagBlocking | FlagCallbacks, Utf8FromWide(Https(L"x"))),
-              ConfigureReady);
-    const Misbehaviour refusing("@https=refuse");
-    DropConnections();
-    EXPECT_FALSE(download.Start());
-    EXPECT_EQ(download.status, StatusRequestFailed);
-    EXPECT_EQ(download.lastError, Platform::Code(Platform::Error::HttpCannotConnect));
-    EXPECT_FALSE(download.active);
-    EXPECT_EQ(download.failures, 1);
-    EXPECT_EQ(download.completions, 0);
 }
 
 TEST(Download, WorksInTheBackgroundAndCallsBackThere) {

@@ -100,12 +100,6 @@ class Machine:
         for program in self._programs:
             program.wait()
 
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.close()
-
     # Files
 
     def path(self, windows_path):

@@ -102,7 +102,7 @@ class InstallTest(LifeTest):
         self.assert_files(self.installed(), self.expected())
 
     def test_cancel_in_each_stage_that_fetches(self):
-        """It answers within a second, and a folder that was not there before goes again."""
+        """It answers at the next block, and a folder that was not there before goes again."""
         large = bytes(4_000_000)
         self.published.publish({"pack/large.epk": wrapped(large)}, base={"large.bin": large})
         listed, fetching = "Installation cancelled", "Failed: Downloading "
@@ -112,7 +112,7 @@ class InstallTest(LifeTest):
             ("patcher/Tolvan Online_x64.exe", "| .Tolvan Online.exe", fetching + "the game client"),
             ("downloads/Tolvan Online.exe", "| Tolvan Online.exe", listed),
         ]
-        rules = [(f"*/{path}=trickle:300K", path, shown, error) for path, shown, error in cases]
+        rules = [(f"*/{path}=trickle:100K", path, shown, error) for path, shown, error in cases]
         if not self.machine.is_wine:  # where a silent read is not woken
             rules += [(f"*/{path}=stall", path, "Reading the file list", listed)
                       for path in ("scripts/base.php", "scripts/index.txt")]
@@ -122,8 +122,10 @@ class InstallTest(LifeTest):
         for rule, path, shown, error in rules:
             with self.subTest(rule):
                 Server.set(rule)
-                self.assert_cancelled_at_once(progress, path, shown, error)
-                Server.clear()
+                try:
+                    self.assert_cancelled_at_once(progress, path, shown, error)
+                finally:
+                    Server.clear()
 
     def assert_cancelled_at_once(self, progress, path, shown, error):
         asked, told = len(Server.log()), len(progress.read())
@@ -133,7 +135,8 @@ class InstallTest(LifeTest):
         began = time.monotonic()
         self.press("install-cancel")
         end = progress.wait_for("InstallFailed", start=told)
-        self.assertLess(time.monotonic() - began, 1.0)
+        # Long before the file's end, which is 40 s away, or the limit on silence.
+        self.assertLess(time.monotonic() - began, 10.0)
         self.assertEqual(end.error_text, error)
         self.assertFalse(self.game.exists(), "a fresh folder is removed")
 

@@ -30,9 +30,11 @@ fi
 
 echo "Installing ${#missing[@]} packages: ${missing[*]}"
 for try in 1 2 3 4; do
-  if "${as_root[@]}" apt-get update -qq &&
+  # A fresh machine's own first update may hold the package lock: wait for it.
+  if "${as_root[@]}" apt-get update -qq -o DPkg::Lock::Timeout=120 &&
      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-       apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null; then
+       apt-get install -y -qq -o DPkg::Lock::Timeout=120 --no-install-recommends \
+       "${missing[@]}" >/dev/null; then
     exit 0
   fi
   echo "install.sh: try $try failed" >&2

@@ -28,9 +28,9 @@ class BadServerTest(GameTest):
     def outside(self):
         """What lies on the drive beside the game's data, apart from what a run and the system's own
         HTTP write there."""
-        drive = self.machine.path("C:\\")
+        drive, data = self.machine.path("C:\\"), self.data
         return {path.relative_to(drive).as_posix() for path in drive.rglob("*")
-                if path.is_file() and self.data not in path.parents
+                if path.is_file() and data not in path.parents
                 and path.name not in ("launcher_boot.log", "progress.tsv")
                 and "INetC" not in str(path)}
 

@@ -72,6 +72,21 @@ def timed_start(command):
     return time.perf_counter() - began, usage.ru_utime + usage.ru_stime
 
 
+def timed_pass(command, environment):
+    """Runs pass_bench. Gives what each state took, as (wall, processor), and the largest resident
+    size of the pass in MiB."""
+    process = subprocess.Popen(command, env=environment, text=True, stdout=subprocess.PIPE)
+    *states, end = process.stdout.read().splitlines()
+    _, status, usage = os.wait4(process.pid, 0)
+    process.returncode = os.waitstatus_to_exitcode(status)
+    process.stdout.close()
+    if process.returncode != 0:
+        sys.exit(f"pass_bench ended in {end}")
+    fields = (line.split() for line in states)
+    return ({name: (float(wall), float(processor)) for name, wall, processor in fields},
+            usage.ru_maxrss // 1024)
+
+
 class Tree:
     """Wrapped files below a machine's game folder, and a server's folder that has their list."""
 
@@ -116,16 +131,11 @@ class Bench:
                     TOLVAN_PROBE_URL=base, TOLVAN_PATCH_URL=base)
 
     def run_pass(self, tree, base, *mode, folder=MACHINE_GAME):
-        """What each state took, as (wall, processor), and the largest resident MiB so far."""
-        result = subprocess.run([self.bin / "pass_bench", base, f"C:\\{folder}", *mode],
-                                env=self.environment(tree.machine, base), check=False, text=True,
-                                stdout=subprocess.PIPE)
-        *states, end = result.stdout.splitlines()
-        if result.returncode != 0:
-            sys.exit(f"pass_bench ended in {end}")
-        fields = (line.split() for line in states)
-        return {name: (float(wall), float(processor), int(resident))
-                for name, wall, processor, resident in fields}
+        """What each state took, as (wall, processor)."""
+        states, self.resident = timed_pass(
+            [self.bin / "pass_bench", base, f"C:\\{folder}", *mode],
+            self.environment(tree.machine, base))
+        return states
 
     def lay_launcher(self, machine):
         """Puts the launcher on the machine, with an installed game; gives its path there."""
@@ -251,7 +261,7 @@ class Bench:
                 shutil.rmtree(tree.machine / "drive_c" / MACHINE_GAME)
                 (target / "0").unlink()
         print_row("1 GiB over HTTPS / curl -o", ours, curl, "<= 1.15")
-        print(f"    largest resident size of that pass: {states['Verify'][2]} MiB", flush=True)
+        print(f"    largest resident size of that pass: {self.resident} MiB", flush=True)
 
     def fetch_small(self, tree, base, serial):
         target = self.work / f"curl-{serial}"
@@ -362,4 +372,5 @@ def main():
             getattr(bench, name)()
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -77,7 +77,8 @@ class InstallTrial(Trial, LifeTest):
         else:
             found["installed again"] += 1
             self.press_install(*EVERYTHING)
-            self.assertEqual(self.wait_for_install(progress).state, "InstallDone")
+            end = self.wait_for_install(progress)
+            self.assertEqual(end.state, "InstallDone", f"{end.current_file}: {end.error_text}")
             self.assertTrue(self.machine.find(DESKTOP_LINK))
         launcher.kill()
         self.assert_files(self.installed(), {

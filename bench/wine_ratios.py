@@ -113,7 +113,8 @@ class WineBench(Bench):
             log.unlink(missing_ok=True)
             command = [WINE_MACHINE, self.wine, "run", f"C:\\Launcher\\{program.name}", "--autoquit"]
             began = time.perf_counter()
-            process = subprocess.Popen(command, env=environment, stderr=subprocess.DEVNULL)
+            process = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
+                                       stderr=subprocess.DEVNULL)
             while not log.exists() or b"AppLoop: tick 0" not in log.read_bytes():
                 time.sleep(0.0005)
             launcher.append(time.perf_counter() - began)

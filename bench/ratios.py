@@ -353,22 +353,29 @@ NAMES = ("crc", "repair", "compare", "large", "small", "slow", "start", "move",
          "tree")
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__,
+def read_arguments(description, folders, names, rounds):
+    """The command line: folders of programs, which comparisons, and how often."""
+    parser = argparse.ArgumentParser(description=description,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("bin", type=pathlib.Path)
-    parser.add_argument("names", nargs="*", metavar="NAME", default=NAMES)
-    parser.add_argument("--rounds", type=int, default=5)
+    for folder in folders:
+        parser.add_argument(folder, type=lambda text: pathlib.Path(text).resolve())
+    parser.add_argument("names", nargs="*", metavar="NAME", default=names)
+    parser.add_argument("--rounds", type=int, default=rounds)
     parser.add_argument("--folder", help="where to work")
     arguments = parser.parse_intermixed_args()
     for name in arguments.names:
-        if name not in NAMES:
+        if name not in names:
             parser.error(f"no comparison is called {name}")
+    return arguments
+
+
+def main():
+    arguments = read_arguments(__doc__, ["bin"], NAMES, rounds=5)
     print(ROW.format("what / reference", "ours", "reference", "ratio", "processor", "target"),
           flush=True)
     for name in arguments.names:
         with tempfile.TemporaryDirectory(prefix="tolvan-bench.", dir=arguments.folder) as folder:
-            bench = Bench(arguments.bin.resolve(), pathlib.Path(folder), arguments.rounds)
+            bench = Bench(arguments.bin, pathlib.Path(folder), arguments.rounds)
             getattr(bench, name)()
 
 

@@ -8,15 +8,15 @@ small, large, start. Prints medians of N rounds in wall seconds, and Wine's time
 and nothing about the times.
 """
 
-import argparse
 import pathlib
 import shutil
 import statistics
 import subprocess
+import sys
 import tempfile
 import time
 
-from ratios import MACHINE_GAME, SMALL_COUNT, Bench, Tree, timed_pass
+from ratios import MACHINE_GAME, SMALL_COUNT, Bench, Tree, read_arguments, timed_pass
 
 WINE_MACHINE = pathlib.Path(__file__).resolve().parent.parent / "tests/support/wine_machine.sh"
 ROW = "{:<34} {:>10} {:>10} {:>7}"
@@ -116,6 +116,8 @@ class WineBench(Bench):
             process = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
                                        stderr=subprocess.DEVNULL)
             while not log.exists() or b"AppLoop: tick 0" not in log.read_bytes():
+                if process.poll() is not None:
+                    sys.exit("the launcher ended before its first step")
                 time.sleep(0.0005)
             launcher.append(time.perf_counter() - began)
             process.wait()
@@ -127,21 +129,11 @@ NAMES = ("crc", "repair", "compare", "small", "large", "start")
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__,
-                                     formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("host_bin", type=pathlib.Path)
-    parser.add_argument("windows_bin", type=pathlib.Path)
-    parser.add_argument("names", nargs="*", metavar="NAME", default=NAMES)
-    parser.add_argument("--rounds", type=int, default=3)
-    parser.add_argument("--folder", help="where to work")
-    arguments = parser.parse_intermixed_args()
-    for name in arguments.names:
-        if name not in NAMES:
-            parser.error(f"no comparison is called {name}")
+    arguments = read_arguments(__doc__, ["host_bin", "windows_bin"], NAMES, rounds=3)
     print(ROW.format("what", "Wine", "host", "ratio"), flush=True)
     with tempfile.TemporaryDirectory(prefix="tolvan-bench.", dir=arguments.folder) as folder:
-        bench = WineBench(arguments.host_bin.resolve(), arguments.windows_bin.resolve(),
-                          pathlib.Path(folder), arguments.rounds)
+        bench = WineBench(arguments.host_bin, arguments.windows_bin, pathlib.Path(folder),
+                          arguments.rounds)
         try:
             for name in arguments.names:
                 getattr(bench, name)()

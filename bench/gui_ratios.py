@@ -24,6 +24,8 @@ LAUNCHER = "Tolvan Online.exe"
 TICKS = os.sysconf("SC_CLK_TCK")
 REVEALED = b"reveal: composited surface shown"
 PATIENCE = 60
+# Seconds in which the X server and the window manager are done with a window that has gone.
+CLEARED_AWAY = 0.2
 
 
 def print_row(title, value, target):
@@ -55,6 +57,14 @@ def wait_until(condition, what):
             sys.exit(f"gui_ratios.py: not within {PATIENCE} s: {what}")
         time.sleep(0.0005)
     return answer
+
+
+def is_said(words, file):
+    try:
+        with open(file, "rb") as said:
+            return words in said.read()
+    except FileNotFoundError:
+        return False
 
 
 class Bench:
@@ -104,14 +114,17 @@ class Bench:
         began = time.perf_counter()
         process = subprocess.Popen([home / LAUNCHER, "--nopatch"], stdout=subprocess.DEVNULL,
                                    env={**os.environ, "TOLVAN_MACHINE": str(machine)})
-        wait_until(lambda: log.exists() and REVEALED in log.read_bytes(), "the launcher's window")
+        wait_until(lambda: is_said(REVEALED, log), "the launcher's window")
         return process, time.perf_counter() - began
 
     def start_bare(self):
-        began = time.perf_counter()
-        process = subprocess.Popen([self.bin / "sdl_text"], stdin=subprocess.PIPE,
-                                   stdout=subprocess.PIPE)
-        process.stdout.readline()
+        """Waited for as the launcher is, by looking at a file: to look takes a processor, too."""
+        said = self.folder / "bare.txt"
+        with said.open("wb") as output:
+            began = time.perf_counter()
+            process = subprocess.Popen([self.bin / "sdl_text"], stdin=subprocess.PIPE,
+                                       stdout=output)
+        wait_until(lambda: is_said(b"shown", said), "the bare program's window")
         return process, time.perf_counter() - began
 
     @staticmethod
@@ -126,6 +139,7 @@ class Bench:
                 process, wall = start()
                 times.append((wall, processor_seconds(process.pid)))
                 self.finish(process)
+                time.sleep(CLEARED_AWAY)
         for part, name in ((0, "wall"), (1, "processor")):
             mine = statistics.median(times[part] for times in ours)
             other = statistics.median(times[part] for times in bare)

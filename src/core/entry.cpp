@@ -1,5 +1,7 @@
 #include "platform/entry.h"
 
+#include <memory>
+
 #include "common/boot_log.h"
 #include "common/path_text.h"
 #include "core/app_loop.h"
@@ -56,9 +58,8 @@ void StartToolkitThreads(DirectGL::Gui& gui) {
     BootLog("wWinMain: reveal deferred to the first composited frame");
 }
 
-// Beside the running threads, so with their lock.
+// Beside the running threads, so with their lock held.
 void Open(DirectGL::Gui& gui, AppLoop& loop, const Switches& switches, const HandoffArgs& handoff) {
-    const DirectGL::Gui::Guard guard(gui);
     Platform::NativeWindow& window = *gui.GetWindow();
     if (handoff.hasPos) window.MoveTo({handoff.x, handoff.y});
     loop.ArmReveal();
@@ -103,12 +104,15 @@ int RunWithInterface(SingleInstance& instance, const Switches& switches,
     BootLog("wWinMain: setting fps/ups");
     gui.SetFps(PassesPerSecond);
     gui.SetUps(PassesPerSecond);
+    // The reveal waits for a frame that begins after the first tick. One before it would only make
+    // that wait for the frame after, a pause of 16 ms later.
+    auto untilFirstTick = std::make_unique<DirectGL::Gui::Guard>(gui);
     StartToolkitThreads(gui);
 
     AppLoop loop(gui, instance, switches);
     Open(gui, loop, switches, handoff);
     BootLog("wWinMain: MessageLoop -- entering");
-    gui.MessageLoop([&](double time) { return loop.Tick(time); });
+    gui.MessageLoop([&](double time) { return loop.Tick(time); }, std::move(untilFirstTick));
     BootLog("wWinMain: MessageLoop -- returned");
     TearDown(gui);
     ScheduleSelfRemoval();

@@ -113,8 +113,11 @@ public:
     bool StartUpdatingThread();
     /// Pumps events and calls the callback with the time until Quit or the window's end; the
     /// callback's result is how many milliseconds to sleep then. Joins the threads in the end.
-    /// Returns at once when there is no window.
-    void MessageLoop(const std::function<double(double time)>& callback);
+    /// Returns at once when there is no window. opening is a lock that the caller took before it
+    /// started the threads: it is given up after the first call, so that no frame and no update
+    /// comes before that.
+    void MessageLoop(const std::function<double(double time)>& callback,
+                     std::unique_ptr<Guard> opening = nullptr);
     /// Ends the loop. Any thread, without the lock.
     void Quit();
 

@@ -47,7 +47,8 @@ void Gui::_StopThreads() {
     if (updateThread_.joinable()) updateThread_.join();
 }
 
-void Gui::MessageLoop(const std::function<double(double time)>& callback) {
+void Gui::MessageLoop(const std::function<double(double time)>& callback,
+                      std::unique_ptr<Guard> opening) {
     if (!HasWindow()) return;
     while (!closing_) {
         if (!PumpEvents()) break;
@@ -57,8 +58,11 @@ void Gui::MessageLoop(const std::function<double(double time)>& callback) {
             if (callback) pause = callback(Now());
             _ApplyCursor();
         }
+        opening.reset();
         if (pause > 0.0) desktop_.GetTimeSource().Sleep(static_cast<std::uint32_t>(pause));
     }
+    // The threads may still wait for it.
+    opening.reset();
     _StopThreads();
 }
 

@@ -212,6 +212,34 @@ TEST_F(GuiTest, ThreadsStartOnceAndPauseByTheirRates) {
     EXPECT_EQ(clock.FineDepth(), 0);
 }
 
+TEST_F(GuiTest, ALoopThatIsGivenTheLockIsAheadOfEveryFrame) {
+    clock.Release();
+    gui.SetAlwaysRender();
+    auto opening = std::make_unique<Gui::Guard>(gui);
+    gui.StartRenderingThread();
+    // A frame that did not wait would be there by then.
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    int ticks = 0;
+    gui.MessageLoop(
+        [&](double) {
+            if (gui.GetLastRenderTime() > 0.0) gui.Quit();
+            ++ticks;
+            return 0.0;
+        },
+        std::move(opening));
+    EXPECT_GT(ticks, 1);
+}
+
+TEST_F(GuiTest, ALoopThatEndsBeforeItsFirstCallGivesTheLockUp) {
+    clock.Release();
+    auto opening = std::make_unique<Gui::Guard>(gui);
+    gui.StartRenderingThread();
+    gui.Quit();
+    int ticks = 0;
+    gui.MessageLoop([&](double) { return ++ticks; }, std::move(opening));
+    EXPECT_EQ(ticks, 0);
+}
+
 TEST_F(GuiTest, ARefusedWindowFailsTheCreation) {
     desktop.refuseWindow = true;
     Gui other(desktop);

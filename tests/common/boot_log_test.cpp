@@ -69,15 +69,6 @@ TEST_F(BootLogTest, CutsLongTextsAndKeepsTheLineEnd) {
     EXPECT_EQ(count, 10U);
 }
 
-TEST_F(BootLogTest, KeepsLinesUntilItIsOpened) {
-    TestSupport::WriteText(path_, "of an earlier run");
-    BootLog("first");
-    EXPECT_EQ(Content(), "of an earlier run");
-    OpenBootLog();
-    BootLog("second");
-    EXPECT_THAT(Texts(), ElementsAre("first", "second"));
-}
-
 TEST_F(BootLogTest, WaitsForTheFileOfAReplacedProcess) {
     Platform::File held;
     ASSERT_EQ(held.Open(path_, Writing), Platform::Error::None);
@@ -89,16 +80,6 @@ TEST_F(BootLogTest, WaitsForTheFileOfAReplacedProcess) {
     BootLog("third");
     BootLog("fourth");
     EXPECT_THAT(Texts(), ElementsAre("first", "second", "third", "fourth"));
-}
-
-TEST_F(BootLogTest, WritesKeptLinesAtTheLatestWhenItCloses) {
-    Platform::File held;
-    ASSERT_EQ(held.Open(path_, Writing), Platform::Error::None);
-    OpenBootLogWhenFree();
-    BootLog("kept");
-    held.Close();
-    CloseBootLog();
-    EXPECT_THAT(Texts(), ElementsAre("kept"));
 }
 
 TEST_F(BootLogTest, GivesUpAFileThatAnUnrelatedProcessHolds) {

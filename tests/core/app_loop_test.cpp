@@ -80,38 +80,15 @@ TEST_F(AppLoopTest, IsShownWithItsFirstFrame) {
     EXPECT_TRUE(window_->IsForeground());
 }
 
-TEST_F(AppLoopTest, MinimizeTestRunsItsScript) {
-    switches_.minimizeTest = true;
-    constexpr struct {
-        double time;
-        bool minimized;
-        State state;
-    } Ticks[] = {
-        {100.0, false, State::Ready}, {103.0, false, State::Ready}, {103.1, true, State::Ready},
-        {106.0, true, State::Ready},  {106.1, false, State::Ready}, {107.1, false, State::Ready},
-        {111.0, false, State::Ready}, {111.1, false, State::Halt},
-    };
-    for (const auto& tick : Ticks) {
-        EXPECT_EQ(StateAfterTick(tick.time), tick.state) << tick.time;
-        EXPECT_EQ(window_->IsMinimized(), tick.minimized) << tick.time;
-    }
-}
-
-TEST_F(AppLoopTest, MaintenanceWaitsForThePassAndTheClients) {
-    for (int value = 0; value <= 41; ++value) {
-        g_state = static_cast<State>(value);
-        EXPECT_EQ(MayMaintain("settings"), !IsPatching(g_state)) << StateName(g_state);
-    }
-    g_state = State::Ready;
+TEST_F(AppLoopTest, MaintenanceAndRepairWaitForPassAndClientsAndRetryDoesNot) {
+    g_state = State::Verify;
+    EXPECT_FALSE(MayMaintain("settings"));
+    g_state = State::ErrFatal;
+    EXPECT_TRUE(MayMaintain("settings"));
     g_clientCount = 1;
     EXPECT_FALSE(MayMaintain("settings"));
-}
-
-TEST_F(AppLoopTest, RepairIsRefusedBesideAClientAndRetryIsNot) {
     g_installDir = L"C:\\NoSuchGame";
     ConfigurePatch();
-    g_clientCount = 1;
-    g_state = State::ErrFatal;
     g_statusMessage = L"The game client could not be found";
     RetryRun(true, true);
     EXPECT_EQ(g_state, State::ErrFatal);

@@ -22,33 +22,31 @@ protected:
                   Error::None);
     }
 
-    /// What FindFileInUse names while the file is held open so.
-    std::wstring FoundWhile(const std::wstring& name, const Platform::OpenOptions& options) {
-        Platform::File held;
-        EXPECT_EQ(held.Open(folder_ + name, options), Error::None);
-        std::wstring path = L"stale";
-        const bool isFree = FindFileInUse(folder_, path);
-        EXPECT_EQ(isFree, path.empty());
-        return path;
-    }
-
     const std::wstring folder_ = MakeTestFolder();
 };
 
 TEST_F(FilesInUse, OnlyAHandleThatDoesNotShareDeletionCounts) {
-    const std::wstring held = L"\\Data\\deep\\held.dat";
-    EXPECT_EQ(FoundWhile(held, {.sharing = Platform::ShareRead | Platform::ShareWrite}),
-              folder_ + held);
-    EXPECT_EQ(FoundWhile(held, {.access = Platform::AccessWrite, .sharing = Platform::ShareNone}),
-              folder_ + held);
-    EXPECT_EQ(FoundWhile(held, {.sharing = Platform::ShareAll}), L"");
-    EXPECT_EQ(ReadText(folder_ + held), "held") << "the probe changes nothing";
-}
-
-TEST_F(FilesInUse, AFolderThatIsHeldCountsAlsoTheTopOne) {
-    const Platform::OpenOptions hold{.sharing = Platform::ShareRead, .folder = true};
-    EXPECT_EQ(FoundWhile(L"\\Data\\deep", hold), folder_ + L"\\Data\\deep");
-    EXPECT_EQ(FoundWhile(L"", hold), folder_);
+    using namespace Platform;
+    const std::wstring file = folder_ + L"\\Data\\deep\\held.dat";
+    const struct {
+        std::wstring path;
+        OpenOptions options;
+        bool counts;
+    } cases[] = {
+        {file, {.sharing = ShareRead | ShareWrite}, true},
+        {file, {.access = AccessWrite, .sharing = ShareNone}, true},
+        {file, {.sharing = ShareAll}, false},
+        {folder_ + L"\\Data\\deep", {.sharing = ShareRead, .folder = true}, true},
+        {folder_, {.sharing = ShareRead, .folder = true}, true},
+    };
+    for (const auto& [path, options, counts] : cases) {
+        File held;
+        ASSERT_EQ(held.Open(path, options), Error::None);
+        std::wstring found = L"stale";
+        EXPECT_EQ(FindFileInUse(folder_, found), !counts);
+        EXPECT_EQ(found, counts ? path : L"");
+    }
+    EXPECT_EQ(ReadText(file), "held") << "the probe changes nothing";
 }
 
 TEST_F(FilesInUse, WhatIsGoneIsFree) {

@@ -1,17 +1,18 @@
 #include "install/folder_tree.h"
 
-#include <array>
 #include <gtest/gtest.h>
 
 #include "install/path_rules.h"
 #include "platform/files.h"
 #include "platform/paths.h"
 #include "support/links.h"
+#include "support/test_files.h"
 
 namespace Launcher {
 namespace {
 
 using Platform::Error;
+using namespace TestSupport;
 
 class FolderTree : public testing::Test {
 protected:
@@ -19,10 +20,10 @@ protected:
         root = Platform::GetTempFolder() + L"folder tree";
         ASSERT_TRUE(CreateFolderPath(root + L"\\a\\empty"));
         ASSERT_TRUE(CreateFolderPath(root + L"\\b"));
-        Put(L"\\one.dat", 10);
-        Put(L"\\a\\два.dat", 20);
-        Put(L"\\a\\hidden.dat", 30);
-        Put(L"\\b\\read only.dat", 40);
+        WriteText(root + L"\\one.dat", std::string(10, 'x'));
+        WriteText(root + L"\\a\\два.dat", std::string(20, 'x'));
+        WriteText(root + L"\\a\\hidden.dat", std::string(30, 'x'));
+        WriteText(root + L"\\b\\read only.dat", std::string(40, 'x'));
         ASSERT_EQ(Platform::ChangeAttributes(root + L"\\a\\hidden.dat",
                                              Platform::AttributeHidden | Platform::AttributeSystem),
                   Error::None);
@@ -32,33 +33,19 @@ protected:
     }
     void TearDown() override { RemoveInstallFolder(root, nullptr); }
 
-    void Put(const std::wstring& name, std::size_t size) const {
-        Platform::File file;
-        ASSERT_EQ(file.Open(root + name, {.access = Platform::AccessWrite,
-                                          .disposition = Platform::Disposition::CreateAlways}),
-                  Error::None);
-        ASSERT_EQ(file.Write(std::vector<std::byte>(size)), Error::None);
-    }
-
     std::wstring root;
 };
 
 TEST_F(FolderTree, LinksAreNeitherFollowedNorCounted) {
     const std::wstring outside = Platform::GetTempFolder() + L"outside the tree";
     ASSERT_TRUE(CreateFolderPath(outside + L"\\kept"));
-    Platform::File file;
-    ASSERT_EQ(
-        file.Open(outside + L"\\kept.dat", {.access = Platform::AccessWrite,
-                                            .disposition = Platform::Disposition::CreateAlways}),
-        Error::None);
-    ASSERT_EQ(file.Write(std::vector<std::byte>(1000)), Error::None);
-    file.Close();
-    if (!TestSupport::MakeLink(root + L"\\a\\junction", outside)) {
+    WriteText(outside + L"\\kept.dat", std::string(1000, 'x'));
+    if (!MakeLink(root + L"\\a\\junction", outside)) {
         GTEST_SKIP() << "this machine makes no links";
     }
-    ASSERT_TRUE(TestSupport::MakeLink(root + L"\\b\\around", root));
-    ASSERT_TRUE(TestSupport::MakeLink(root + L"\\b\\file link.dat", outside + L"\\kept.dat"));
-    ASSERT_TRUE(TestSupport::MakeLink(root + L"\\b\\dangling", outside + L"\\missing"));
+    ASSERT_TRUE(MakeLink(root + L"\\b\\around", root));
+    ASSERT_TRUE(MakeLink(root + L"\\b\\file link.dat", outside + L"\\kept.dat"));
+    ASSERT_TRUE(MakeLink(root + L"\\b\\dangling", outside + L"\\missing"));
 
     std::uint64_t bytes = 0;
     std::uint64_t files = 0;
@@ -73,7 +60,7 @@ TEST_F(FolderTree, LinksAreNeitherFollowedNorCounted) {
 
     // A root that is a link goes as a link.
     const std::wstring rootLink = Platform::GetTempFolder() + L"link to the tree";
-    ASSERT_TRUE(TestSupport::MakeLink(rootLink, root));
+    ASSERT_TRUE(MakeLink(rootLink, root));
     EXPECT_TRUE(RemoveInstallFolder(rootLink, nullptr));
     EXPECT_FALSE(Platform::PathExists(rootLink));
     EXPECT_EQ(CountFiles(root, 100000), 4);

@@ -53,7 +53,7 @@ protected:
         (void)Platform::MakeFolder(folder);
         const std::wstring program = folder + L"\\" + name;
         InstallHelper(program);
-        const std::wstring ready = folder + L"\\ready";
+        const std::wstring ready = program + L".ready";
         ASSERT_EQ(process.Start(program, {L"stay", ready, folder + L"\\stop"}),
                   Platform::Error::None);
         ASSERT_TRUE(WaitForFile(ready));
@@ -63,8 +63,16 @@ protected:
     const std::wstring elsewhere_ = here_ + L"\\elsewhere";
 };
 
-TEST_F(RunningClientsTest, DottedNameCountsWhereverItRuns) {
+TEST_F(RunningClientsTest, DottedNameCountsEverywhereAndPlainNameInItsOwnFolderOnly) {
+    HelperProcess plainInside;
+    HelperProcess plainOutside;
+    Run(plainOutside, elsewhere_, L"Tolvan Online.exe");
     EXPECT_THAT(RunningClients(here_), IsEmpty());
+    Run(plainInside, here_, L"Tolvan Online.exe");
+    EXPECT_THAT(RunningClients(here_), ElementsAre(plainInside.Id()));
+    EXPECT_THAT(RunningClients(elsewhere_), ElementsAre(plainOutside.Id()));
+
+    // The dotted name comes first, so the plain ones count no more.
     HelperProcess inside;
     HelperProcess outside;
     Run(inside, here_, L".Tolvan Online.exe");
@@ -73,16 +81,6 @@ TEST_F(RunningClientsTest, DottedNameCountsWhereverItRuns) {
     inside.Kill();
     ASSERT_TRUE(inside.WaitForEnd());
     EXPECT_EQ(CountRunningClients(here_), 1U);
-}
-
-TEST_F(RunningClientsTest, PlainNameCountsInItsOwnFolderOnly) {
-    HelperProcess inside;
-    HelperProcess outside;
-    Run(outside, elsewhere_, L"Tolvan Online.exe");
-    EXPECT_THAT(RunningClients(here_), IsEmpty());
-    Run(inside, here_, L"Tolvan Online.exe");
-    EXPECT_THAT(RunningClients(here_), ElementsAre(inside.Id()));
-    EXPECT_THAT(RunningClients(elsewhere_), ElementsAre(outside.Id()));
 }
 
 }  // namespace

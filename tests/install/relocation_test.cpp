@@ -92,9 +92,6 @@ protected:
         for (const std::wstring& file : marked_)
             (void)Platform::RemoveFile(file);
     }
-    static std::vector<std::wstring> Search() {
-        return FindInstalledCopies(nullptr, nullptr, nullptr);
-    }
     std::vector<std::wstring> marked_;
 };
 
@@ -108,7 +105,7 @@ TEST_F(CopySearchTest, FindsOnRootsAndTwoLevelsBelowAndNoDeeper) {
     Mark(programs + L"\\Tolvan Online");
     Mark(local + L"\\a\\b");
     ASSERT_TRUE(CreateFolderPath(L"D:\\folder\\Tolvan Online.exe"));
-    const std::vector<std::wstring> found = Search();
+    const std::vector<std::wstring> found = FindInstalledCopies(nullptr, nullptr, nullptr);
     // Other tests may have left copies of their own.
     EXPECT_THAT(found, testing::IsSupersetOf({programs + L"\\Tolvan Online", local + L"\\a\\b",
                                               std::wstring(L"D:"), std::wstring(L"D:\\one"),
@@ -121,16 +118,10 @@ TEST_F(CopySearchTest, FindsOnRootsAndTwoLevelsBelowAndNoDeeper) {
 
 TEST_F(CopySearchTest, StopsWhenAskedTo) {
     Mark(L"D:\\one");
-    std::vector<std::wstring> visited;
-    bool cancelled = false;
-    const auto found = FindInstalledCopies(
-        [&](const std::wstring& folder) {
-            visited.push_back(folder);
-            cancelled = visited.size() == 2;
-        },
-        nullptr, [&] { return cancelled; });
-    EXPECT_EQ(visited.size(), 2U);
-    EXPECT_EQ(visited.front(), Platform::GetEnvironmentText(L"ProgramFiles"));
+    int visited = 0;
+    const auto found = FindInstalledCopies([&](const std::wstring&) { ++visited; }, nullptr,
+                                           [&] { return visited == 2; });
+    EXPECT_EQ(visited, 2);
     EXPECT_TRUE(found.empty());
 }
 

@@ -39,11 +39,6 @@ protected:
     OldCopies oldCopies_{folder_};
 };
 
-TEST_F(FilePlacementTest, ReplacesInOneStepWhereItCan) {
-    EXPECT_TRUE(Put(true, 0));
-    EXPECT_EQ(Tree(), (Files{{L"file", "new"}}));
-}
-
 TEST_F(FilePlacementTest, MovesAFileInUseAside) {
     EXPECT_TRUE(Put(true, 1));
     EXPECT_EQ(Tree(), (Files{{L"file", "new"}, {L"old0", "old"}}));

@@ -28,13 +28,6 @@ TEST(Paths, ShellFoldersExist) {
     EXPECT_EQ(GetTempFolder().back(), L'\\');
 }
 
-TEST(Paths, TheEnvironmentNamesTheSameFolders) {
-    EXPECT_TRUE(IsExistingFolder(GetEnvironmentText(L"ProgramFiles")));
-    EXPECT_TRUE(EqualIgnoringCase(GetEnvironmentText(L"LOCALAPPDATA"),
-                                  GetShellFolder(ShellFolder::LocalAppData)));
-    EXPECT_EQ(GetEnvironmentText(L"TOLVAN_NO_SUCH_VARIABLE"), L"");
-}
-
 class CurrentFolder : public TestSupport::Scratch {};
 
 TEST_F(CurrentFolder, IsWhereRelativePathsCountFrom) {

@@ -34,33 +34,3 @@ TEST(Processes, CommandLinesArriveAsTheyWereGiven) {
         ASSERT_EQ(RemoveFile(report), Error::None);
     }
 }
-
-TEST(Processes, FailuresToStartHaveTheirNumbers) {
-    const std::wstring folder = MakeTestFolder();
-    InstallHelper(folder + L"\\program.exe");
-    WriteText(folder + L"\\text.exe", "This is no program, however long the text may be.\n");
-    const struct {
-        std::wstring application;
-        std::wstring workingFolder;
-        Error error;
-    } cases[] = {
-        {folder + L"\\missing.exe", folder, Error::FileNotFound},
-        {folder + L"\\missing\\program.exe", folder, Error::PathNotFound},
-        {folder + L"\\text.exe", folder, Error::BadExecutable},
-        {folder + L"\\program.exe", folder + L"\\missing", Error::InvalidFolder},
-    };
-    for (const auto& [application, workingFolder, error] : cases) {
-        std::uint32_t id = 0;
-        EXPECT_EQ(StartProcess({application, L'"' + application + L'"', workingFolder}, id), error)
-            << Utf8FromWide(application) << " in " << Utf8FromWide(workingFolder);
-    }
-}
-
-TEST(Processes, IdsThatNobodyHasHaveEnded) {
-    EXPECT_TRUE(HasProcessEnded(0));
-    EXPECT_TRUE(HasProcessEnded(0x7FFFFFF0));
-    EXPECT_TRUE(HasProcessEnded(0xFFFFFFF0));
-    EXPECT_EQ(GetProcessImagePath(0x7FFFFFF0), L"");
-    EXPECT_FALSE(IsProcessIdle(0x7FFFFFF0));
-    EXPECT_FALSE(HasMainWindow(0x7FFFFFF0));
-}

@@ -41,21 +41,15 @@ TEST_F(Sharing, EveryPairOfHandlesObeysTheRule) {
     EXPECT_EQ(allowed, 361);  // of 3136
 }
 
-TEST_F(Sharing, EmptyingAnOpenFileAsksItsHolders) {
+TEST_F(Sharing, RemovingRenamingAndEmptyingAskTheHolders) {
+    ASSERT_EQ(Hold(AccessRead, ShareRead | ShareWrite), Error::None);
+    EXPECT_EQ(RemoveFile(path_), Error::SharingViolation);
+    EXPECT_EQ(MovePath(path_, At(L"other.dat"), {}), Error::SharingViolation);
     ASSERT_EQ(Hold(AccessRead, ShareRead | ShareDelete), Error::None);
     File other;
     EXPECT_EQ(other.Open(path_, {.access = AccessWrite, .disposition = Disposition::CreateAlways}),
               Error::SharingViolation);
     EXPECT_EQ(ReadText(path_), "held");
-}
-
-TEST_F(Sharing, RemovingAndRenamingNeedDeleteSharing) {
-    ASSERT_EQ(Hold(AccessRead, ShareRead | ShareWrite), Error::None);
-    EXPECT_EQ(RemoveFile(path_), Error::SharingViolation);
-    EXPECT_EQ(MovePath(path_, At(L"other.dat"), {}), Error::SharingViolation);
-    EXPECT_EQ(ReadText(path_), "held");
-
-    ASSERT_EQ(Hold(AccessRead, ShareRead | ShareDelete), Error::None);
     EXPECT_EQ(MovePath(path_, At(L"other.dat"), {}), Error::None);
     EXPECT_EQ(ReadText(At(L"other.dat")), "held");
 }
@@ -70,20 +64,6 @@ TEST_F(Sharing, AnOpenFileIsNotReplaced) {
     }
     EXPECT_EQ(MovePath(At(L"new.dat"), path_, {.replaceExisting = true}), Error::None);
     EXPECT_EQ(ReadText(path_), "new");
-}
-
-// What asks whether a file is in use, without touching it.
-TEST_F(Sharing, TheProbeForDeletionSeesWhoDeniesIt) {
-    const OpenOptions probe{.access = AccessDelete, .folder = true};
-    ASSERT_EQ(Hold(AccessRead, ShareAll), Error::None);
-    File file;
-    EXPECT_EQ(file.Open(path_, probe), Error::None);
-    file.Close();
-    ASSERT_EQ(Hold(AccessRead, ShareRead), Error::None);
-    EXPECT_EQ(file.Open(path_, probe), Error::SharingViolation);
-    EXPECT_EQ(file.Open(folder_, probe), Error::None);
-    EXPECT_EQ(file.Open(At(L"gone"), probe), Error::FileNotFound);
-    EXPECT_EQ(file.Open(At(L"gone\\gone"), probe), Error::PathNotFound);
 }
 
 }  // namespace

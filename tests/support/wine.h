@@ -19,8 +19,8 @@ inline bool RenameKeepsCase() {
 inline bool ReadOnlyIsHalfKept() {
     return UnderWine();
 }
-/// A path on a drive that is not there answers FileNotFound, and the listing of a file InvalidName.
-inline bool WrongPlacesHaveOtherNumbers() {
+/// The listing of a file answers InvalidName.
+inline bool ListingAFileHasAnotherNumber() {
     return UnderWine();
 }
 

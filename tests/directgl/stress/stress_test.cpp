@@ -7,22 +7,16 @@
 #include <random>
 #include <thread>
 
-#include "directgl/button.h"
-#include "directgl/framed_text.h"
-#include "directgl/image.h"
-#include "directgl/input.h"
-#include "directgl/modal.h"
-#include "directgl/scrollbar.h"
+#include "directgl/targets/page.h"
 #include "directgl/targets/target_fixture.h"
-#include "directgl/toggle.h"
 #include "platform/system_time_source.h"
 
 namespace DirectGL {
 namespace {
 
-constexpr int Width = 120;
-constexpr int Height = 80;
-constexpr std::size_t MostWidgets = 60;
+constexpr int Width = 200;
+constexpr int Height = 100;
+constexpr std::size_t FewWidgets = 30;
 
 double GetSeconds() {
     const char* told = std::getenv("TOLVAN_STRESS_SECONDS");
@@ -42,14 +36,17 @@ private:
     std::minstd_rand engine_;
 };
 
+WidgetEventRet RemoveIt(Window* widget) {
+    widget->Remove();
+    return WidgetEventRet::Done;
+}
+
 /// What the program does to its widgets, on the message thread and with the lock.
 class Program {
 public:
     Program(Gui& gui, Platform::Graphics& graphics, Platform::HeadlessDesktop& desktop)
-        : books_(dynamic_cast<Platform::RecordingGraphics*>(&graphics)),
-          desktop_(desktop),
-          layer_(gui.AddLayer("UI")) {
-        root_ = layer_->Create<FrameWindow>(L"root");
+        : books_(dynamic_cast<Platform::RecordingGraphics*>(&graphics)), desktop_(desktop) {
+        root_ = gui.AddLayer("UI")->Create<FrameWindow>(L"root");
         root_->SetSize(Width, Height);
         root_->SetCornerRadius(12);
         root_->SetColor(Blue);
@@ -59,7 +56,7 @@ public:
 
     void Act() {
         const auto& children = root_->GetChildren();
-        if (children.size() < MostWidgets) Dress(Add());
+        if (children.size() < FewWidgets) FillPage(root_, picture_);
         Window* picked =
             children[static_cast<std::size_t>(dice_(static_cast<int>(children.size())))].get();
         const std::function<void()> acts[] = {
@@ -70,78 +67,28 @@ public:
             [&] {
                 picked->ResizeTo({10 + dice_(90), 10 + dice_(40)}, 0.1);
             },
-            [&] { picked->FadeTo(0.2F, 0.05, FadeBack()); },
+            [&] { picked->FadeTo(0.2F, 0.05, RemoveIt); },
+            [&] { picked->SetPulse(0.1F, 1.0F, 100.0F); },
+            [&] { picked->AddTimer(0.05, RemoveIt); },
             [&] { picked->IsVisible() ? picked->Hide() : picked->Show(); },
             [&] { picked->BringToFront(); },
             [&] { picked->Focus(); },
-            [&] { SpeakThrough(picked); },
-            [&] { MoveAway(picked); },
+            [&] { Answer(picked); },
+            [&] { CutOff(picked); },
             [&] { LoseDevice(); },
         };
         dice_.PickFrom(acts)();
     }
 
 private:
-    static WidgetCallback FadeBack() {
-        return [](Window* widget) {
-            widget->FadeTo(1.0F, 0.05);
-            return WidgetEventRet::Done;
-        };
-    }
-
-    Window* Add() {
-        const std::function<Window*()> kinds[] = {
-            [&] { return root_->Create<Text>(); },
-            [&] { return AddButton(); },
-            [&] { return AddImage(); },
-            [&] { return root_->Create<Toggle>(); },
-            [&] { return root_->Create<Input>(); },
-            [&] { return root_->Create<Modal>(); },
-            [&] { return root_->Create<FramedText>(); },
-            [&] { return root_->Create<Scrollbar>(); },
-        };
-        return dice_.PickFrom(kinds)();
-    }
-
-    Window* AddButton() {
-        auto* button = root_->Create<Button>();
-        auto* label = button->Create<Text>();
-        label->SetText(L"Press", true);
-        button->SetLabel(label);
-        button->SetClicked([](Window* widget) {
-            widget->Remove();
-            return WidgetEventRet::Keep;
-        });
-        return button;
-    }
-
-    Window* AddImage() {
-        auto* image = root_->Create<Image>();
-        image->SetImageFromHandle(picture_);
-        if (dice_(2) == 0) image->SetTint(Red);
-        return image;
-    }
-
-    void Dress(Window* widget) {
-        widget->SetPosition(dice_(Width), dice_(Height));
-        widget->SetSize(10 + dice_(90), 10 + dice_(40));
-        if (dice_(3) == 0) widget->SetPulse(0.1F, 1.0F, 100.0F);
-        widget->AddTimer(0.05, [count = 0](Window* own) mutable {
-            own->SetOpacity(count % 2 == 0 ? 0.5F : 1.0F);
-            if (++count < 20) return WidgetEventRet::Keep;
-            own->Remove();
-            return WidgetEventRet::Done;
-        });
-        SpeakThrough(widget);
-    }
-
-    void SpeakThrough(Window* widget) {
+    void Answer(Window* widget) {
         const std::wstring words = L"Words " + std::to_wstring(dice_(1000));
         if (auto* text = dynamic_cast<Text*>(widget)) text->SetText(words);
         if (auto* framed = dynamic_cast<FramedText*>(widget)) framed->SetFullText(words + words);
+        if (auto* button = dynamic_cast<Button*>(widget)) button->SetClicked(RemoveIt);
     }
 
-    void MoveAway(Window* widget) {
+    void CutOff(Window* widget) {
         root_->RemoveChild(widget);
         if (dice_(2) == 0)
             root_->AddChild(widget);
@@ -157,7 +104,6 @@ private:
 
     Platform::RecordingGraphics* books_;  ///< that can fail on demand
     Platform::HeadlessDesktop& desktop_;
-    Layer* layer_;
     FrameWindow* root_ = nullptr;
     ImageHandle picture_;
     Dice dice_{1};

@@ -5,7 +5,6 @@
 #include "directgl/image.h"
 #include "directgl/input.h"
 #include "directgl/modal.h"
-#include "directgl/scrollbar.h"
 #include "directgl/targets/target_fixture.h"
 #include "directgl/toggle.h"
 
@@ -15,43 +14,32 @@ namespace {
 using ControlsTest = TargetTest;
 INSTANTIATE_TEST_SUITE_P(Targets, ControlsTest, AllTargets, NameOfKind);
 
-TEST_P(ControlsTest, AButtonShowsItsStates) {
-    auto* button = Make<Button>(10, 10, 60, 30);
-    button->SetColors(Red, Green, Blue);
-    button->SetPill(true);
-    const auto face = [&](const ColorRGBA& color) {
-        Pump();
-        Shoot();
-        EXPECT_TRUE(IsClear(11, 11)) << "round ends";
-        return Shows(40, 25, color);
-    };
-    EXPECT_TRUE(face(Red));
-    Native().PointerMove(40, 25);
-    EXPECT_TRUE(face(Green));
-    Native().LeftDown(40, 25);
-    EXPECT_TRUE(face(Blue));
-    Native().LeftUp(40, 25);
-    EXPECT_TRUE(face(Green));
-    Native().PointerLeave();
-    EXPECT_TRUE(face(Red));
-    button->SetEnabled(false);
-    EXPECT_TRUE(face(Faded(Red, 0.4F)));
-}
-
-TEST_P(ControlsTest, AButtonsImagesAndOutlineAreSeen) {
+TEST_P(ControlsTest, AButtonShowsItsStatesInImagesOrColours) {
     auto* button = Make<Button>(10, 10, 40, 20);
     button->SetImages(Encode(1, {Red}), Encode(1, {Green}), nullptr, nullptr);
-    auto* outlined = Make<Button>(100, 10, 40, 20);
-    outlined->SetColors(Red, Red, Red);
-    outlined->SetOutline(true, 4, Blue);
+    auto* pill = Make<Button>(100, 10, 40, 20);
+    pill->SetColors(Red, Green, Blue);
+    pill->SetPill(true);
+    pill->SetOutline(true, 4, White);
     Shoot();
     EXPECT_TRUE(Shows(30, 20, Red));
-    EXPECT_TRUE(Shows(101, 20, Blue));
+    EXPECT_TRUE(IsClear(100, 10)) << "round ends";
+    EXPECT_TRUE(Shows(101, 20, White));
     EXPECT_TRUE(Shows(120, 20, Red));
     Native().PointerMove(30, 20);
     Pump();
     Shoot();
     EXPECT_TRUE(Shows(30, 20, Green));
+    Native().LeftDown(120, 20);
+    Pump();
+    button->SetEnabled(false);
+    Shoot();
+    EXPECT_TRUE(Shows(30, 20, Faded(Red, 0.4F))) << "the first image stands for a missing one";
+    EXPECT_TRUE(Shows(120, 20, Blue));
+    button->SetImages(Junk(), nullptr, nullptr, nullptr);
+    button->SetColors(Blue, Blue, Blue);
+    Shoot();
+    EXPECT_TRUE(Shows(30, 20, Faded(Blue, 0.4F))) << "and the face for an image that is none";
 }
 
 TEST_P(ControlsTest, ATogglesKnobGoesFromSideToSide) {
@@ -80,27 +68,6 @@ TEST_P(ControlsTest, AModalDimsWhatLiesBehind) {
     modal->SetBackdrop(Encode(1, {Blue}));
     Shoot();
     EXPECT_TRUE(Shows(100, 50, Blue));
-}
-
-TEST_P(ControlsTest, AScrollbarsThumbIsWhereItsValueIs) {
-    auto* bar = Make<Scrollbar>(10, 0, 20, 100);
-    bar->GetThumb()->SetColors(Red, Green, Blue);
-    bar->SetThumbRatio(0.4F);
-    const auto thumbAt = [&](int y) {
-        Pump();
-        Shoot();
-        return Shows(20, y, Red);
-    };
-    EXPECT_TRUE(thumbAt(33));
-    bar->SetValue(1.0F);
-    EXPECT_FALSE(thumbAt(33));
-    EXPECT_TRUE(thumbAt(66));
-    Native().LeftDown(20, 66);
-    Native().PointerMove(20, 20);
-    Pump();
-    Shoot();
-    EXPECT_TRUE(Shows(20, 33, Blue));
-    EXPECT_EQ(bar->GetValue(), 0.0F);
 }
 
 TEST_P(ControlsTest, TextIsDrawnWhereItsAlignmentSays) {
@@ -170,7 +137,7 @@ TEST_P(ControlsTest, AFieldShowsItsCaretAndItsSelection) {
     Native().Press('A', Platform::ModifierControl);
     Pump();
     Shoot();
-    EXPECT_TRUE(Shows(11, 11, Faded(Blue, 1.0F)));
+    EXPECT_TRUE(Shows(11, 11, Blue));
     EXPECT_TRUE(IsClear(end + 3, 25));
     Native().Press(Platform::KeyEnd);
     Native().Type(L" that do not fit into the field any more");

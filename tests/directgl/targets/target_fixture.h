@@ -2,13 +2,8 @@
 
 #include <array>
 #include <cmath>
-#include <gtest/gtest.h>
 
-#include "directgl/gui.h"
-#include "directgl/log.h"
-#include "platform/headless/headless_desktop.h"
-#include "platform/headless/held_clock.h"
-#include "platform/headless/recording_graphics.h"
+#include "directgl/headless_gui.h"
 #include "platform/resources.h"
 
 namespace DirectGL {
@@ -23,48 +18,22 @@ inline std::string NameOfKind(const testing::TestParamInfo<TargetKind>& kind) {
     return kind.param.name;
 }
 
-inline std::unique_ptr<Platform::Graphics> OpenRecordingGraphics() {
-    return std::make_unique<Platform::RecordingGraphics>();
-}
-
 inline constexpr TargetKind RecordingKind{"Recording", &OpenRecordingGraphics};
 
 /// The recording target of the tests, and the one that this build shows to people.
 inline const auto AllTargets =
     testing::Values(RecordingKind, TargetKind{"Adapter", &Platform::OpenGraphics});
 
-/// A Gui whose frames are read back, on one thread: events go in at the window, pixels come out.
-/// The ground is clear and the drawing real, in each of the kinds.
-class TargetTest : public testing::TestWithParam<TargetKind> {
+/// A headless Gui whose frames are read back: pixels come out. The ground is clear and the drawing
+/// real, in each of the kinds.
+class TargetTest : public testing::TestWithParam<TargetKind>, protected HeadlessGui {
 protected:
-    static constexpr int Width = 200;
-    static constexpr int Height = 100;
-
-    TargetTest() {
-        SetLogSink([](std::string_view) {});
-        gui.SetUps(60);
-        EXPECT_TRUE(gui.Create({.title = L"", .width = Width, .height = Height}));
+    TargetTest() : HeadlessGui(GetParam().open()) {
         // Text needs no fonts of the system.
         for (const std::uint16_t font : {201, 202})
             EXPECT_TRUE(gui.GetPrivateFonts().Register(Platform::FindOwnResource(font), L"Inter"));
         gui.GetPrivateFonts().Build();
         gui.SetLayered();
-        layer = gui.AddLayer("UI");
-        gui.PumpEvents();
-    }
-
-    ~TargetTest() override {
-        gui.Clear();
-        SetLogSink({});
-    }
-
-    Platform::HeadlessWindow& Native() { return *desktop.Window(); }
-    void Pump() { gui.PumpEvents(); }
-    void Tick(int count = 1) {
-        for (int i = 0; i < count; ++i) {
-            clock.Advance(1.0 / 60.0);
-            gui.UpdatePass();
-        }
     }
 
     /// Draws a frame and reads it.
@@ -87,17 +56,15 @@ protected:
 
     /// The pixel is that colour over clear ground, within a few steps of rounding.
     testing::AssertionResult Shows(int x, int y, const ColorRGBA& color, int tolerance = 3) const {
-        const std::array expected{color.blue, color.green, color.red, 1.0F};
+        const float whole = color.alpha * 255.0F;
+        const std::array wanted{color.blue * whole, color.green * whole, color.red * whole, whole};
         const std::array found = At(x, y);
-        for (std::size_t i = 0; i < expected.size(); ++i) {
-            const float wanted = expected[i] * color.alpha * 255.0F;
-            if (std::abs(static_cast<float>(found[i]) - wanted) <= static_cast<float>(tolerance))
-                continue;
-            return testing::AssertionFailure()
-                   << "at " << x << "," << y << " stands (blue, green, red, alpha) " << found[0]
-                   << " " << found[1] << " " << found[2] << " " << found[3] << ", expected "
-                   << color.blue * color.alpha * 255 << " " << color.green * color.alpha * 255
-                   << " " << color.red * color.alpha * 255 << " " << color.alpha * 255;
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            if (std::abs(static_cast<float>(found[i]) - wanted[i]) > static_cast<float>(tolerance))
+                return testing::AssertionFailure()
+                       << "at " << x << "," << y << " stands (blue, green, red, alpha) "
+                       << testing::PrintToString(found) << ", expected "
+                       << testing::PrintToString(wanted);
         }
         return testing::AssertionSuccess();
     }
@@ -112,17 +79,6 @@ protected:
         return count;
     }
 
-    template <class T>
-    static T* Place(T* widget, int x, int y, int width, int height) {
-        widget->SetPosition(x, y);
-        widget->SetSize(width, height);
-        return widget;
-    }
-    template <class T>
-    T* Make(int x, int y, int width, int height) {
-        return Place(layer->Create<T>(), x, y, width, height);
-    }
-
     /// An encoded image whose pixels, row by row, have these colours.
     ImageHandle Encode(int width, const std::vector<ColorRGBA>& colors) {
         Platform::Image image{{width, static_cast<int>(colors.size()) / width}, {}};
@@ -133,18 +89,14 @@ protected:
         return Utilities::MakeResourceHandle(graphics->GetImageCodec().EncodePng(image));
     }
 
-    std::unique_ptr<Platform::Graphics> graphics = GetParam().open();
-    Platform::HeldClock clock;
-    Platform::HeadlessDesktop desktop{*graphics, clock};
-    Gui gui{desktop};
-    Layer* layer = nullptr;
+    /// What is no image.
+    static ImageHandle Junk() {
+        const std::vector<std::byte> bytes(100, std::byte{7});
+        return Utilities::MakeResourceHandle(bytes);
+    }
+
     Platform::Image shot;
 };
-
-inline constexpr ColorRGBA Red{1.0F, 0.0F, 0.0F, 1.0F};
-inline constexpr ColorRGBA Green{0.0F, 1.0F, 0.0F, 1.0F};
-inline constexpr ColorRGBA Blue{0.0F, 0.0F, 1.0F, 1.0F};
-inline constexpr ColorRGBA White{1.0F, 1.0F, 1.0F, 1.0F};
 
 constexpr ColorRGBA Faded(ColorRGBA color, float alpha) {
     color.alpha *= alpha;

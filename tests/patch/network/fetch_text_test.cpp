@@ -36,7 +36,6 @@ TEST(FetchText, SaysWhyThereIsNoText) {
     };
     const Case cases[] = {
         {"text=status:404", L"The manifest request failed (HTTP 404)"},
-        {"text=status:503", L"The manifest request failed (HTTP 503)"},
         {"text=empty", L"The manifest was empty"},
         {"text=junk:1M,cut:0", L"The manifest was empty"},
         {"text=endless", L"The manifest was larger than expected"},

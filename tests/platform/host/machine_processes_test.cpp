@@ -15,22 +15,11 @@
 using namespace Platform;
 using namespace TestSupport;
 
-namespace {
-
-Error StartAlone(const std::wstring& program) {
-    std::uint32_t id = 0;
-    const Error error = StartProcess({program, L'"' + program + L'"', {}}, id);
-    EXPECT_TRUE(WaitUntil([&] { return HasProcessEnded(id); }));
-    return error;
-}
-
-}  // namespace
-
 TEST(HostProcesses, WhatOnlyThisSystemWouldRunIsRefused) {
-    const std::wstring folder = MakeTestFolder();
-    WriteText(folder + L"\\script.exe", "#!/bin/sh\nexit 0\n");
-    EXPECT_EQ(StartAlone(folder + L"\\script.exe"), Error::BadExecutable);
-    EXPECT_EQ(StartAlone(folder), Error::AccessDenied);
+    const std::wstring script = MakeTestFolder() + L"\\script.exe";
+    WriteText(script, "#!/bin/sh\nexit 0\n");
+    HelperProcess process;
+    EXPECT_EQ(process.Start(script, {}), Error::BadExecutable);
 }
 
 TEST(HostProcesses, ADescriptorThatIsStillOpenForWritingIsWaitedFor) {
@@ -42,7 +31,8 @@ TEST(HostProcesses, ADescriptorThatIsStillOpenForWritingIsWaitedFor) {
         usleep(20'000);
         close(file);
     });
-    EXPECT_EQ(StartAlone(program), Error::None);
+    HelperProcess process;
+    EXPECT_EQ(process.Start(program, {}), Error::None);
 }
 
 TEST(HostProcesses, OneThatNobodyWaitedForHasEnded) {

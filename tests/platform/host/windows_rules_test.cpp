@@ -50,14 +50,6 @@ TEST_F(WindowsRules, AFolderWithOpenFilesIsNotRenamed) {
     EXPECT_EQ(MovePath(At(L"game"), At(L"moved"), {}), Error::None);
 }
 
-TEST_F(WindowsRules, AFolderNeitherReplacesAFileNorEntersItself) {
-    ASSERT_EQ(MakeFolder(At(L"folder")), Error::None);
-    WriteText(At(L"file"), "file");
-    EXPECT_EQ(MovePath(At(L"folder"), At(L"file"), {.replaceExisting = true}), Error::AccessDenied);
-    EXPECT_EQ(MovePath(At(L"folder"), At(L"folder\\inner"), {}), Error::AccessDenied);
-    EXPECT_EQ(ReadText(At(L"file")), "file");
-}
-
 TEST_F(WindowsRules, LongPathsNeedThePrefix) {
     std::wstring path = folder_;
     while (path.size() < 200)

@@ -10,11 +10,6 @@ namespace {
 using Platform::Error;
 using namespace TestServer;
 
-TEST(HttpBadResponse, TellsAResetFromAnEnd) {
-    const Misbehaviour misbehaviour("reset=big:420000,cut:300000,reset");
-    EXPECT_EQ(HttpGet(Http(L"reset")).Run().error, Error::HttpConnectionReset);
-}
-
 // The surplus stays on the connection, where the next response should begin.
 TEST(HttpBadResponse, MayBeLongerThanTold) {
     const Misbehaviour misbehaviour("too_long=big:420042,length:420000");

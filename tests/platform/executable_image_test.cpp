@@ -1,14 +1,11 @@
-#include "platform/resources.h"
+#include "platform/executable_image.h"
 
 #include <gtest/gtest.h>
 #include <string_view>
 
-#include "platform/executable_image.h"
-#include "support/helper_process.h"
-#include "support/test_files.h"
+#include "platform/resources.h"
 
 using namespace Platform;
-using namespace TestSupport;
 
 namespace {
 
@@ -23,54 +20,12 @@ constexpr std::uint16_t Elf32Marker = 104;
 constexpr std::uint16_t Elf64Marker = 105;
 constexpr std::uint16_t Elf64Plain = 106;
 
-std::string_view OwnText(std::uint16_t id) {
-    const std::span<const std::byte> bytes = FindOwnResource(id);
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-std::string_view TextAt(std::string_view image, const ImageRange& range) {
-    return image.substr(range.offset, range.size);
+std::string_view TextAt(std::span<const std::byte> image, const ImageRange& range) {
+    const std::string_view text(reinterpret_cast<const char*>(image.data()), image.size());
+    return text.substr(range.offset, range.size);
 }
 
 }  // namespace
-
-TEST(Resources, OwnOnesAreFoundById) {
-    EXPECT_EQ(OwnText(MarkerId), Marker);
-    EXPECT_EQ(OwnText(Pe32Marker).substr(0, 2), "MZ");
-    EXPECT_EQ(OwnText(Elf64Plain).substr(1, 3), "ELF");
-    EXPECT_TRUE(FindOwnResource(2).empty());
-    EXPECT_TRUE(FindOwnResource(0xFFFF).empty());
-}
-
-TEST(Resources, AnotherExecutableIsLookedThrough) {
-    const std::wstring folder = MakeTestFolder();
-    const struct {
-        std::string_view content;
-        std::uint16_t id;
-        ResourceSearch search;
-        std::uint16_t machine;
-    } cases[] = {
-        {OwnText(Pe32Marker), MarkerId, ResourceSearch::Found, MachineX86},
-        {OwnText(Pe64Marker), MarkerId, ResourceSearch::Found, MachineX64},
-        {OwnText(Pe64Marker), 2, ResourceSearch::NotFound, MachineX64},
-        {OwnText(Pe64Other), MarkerId, ResourceSearch::NotFound, MachineX64},
-        {"MZ, and nothing that makes an image of it", MarkerId, ResourceSearch::Unreadable, 0},
-        {"", MarkerId, ResourceSearch::Unreadable, 0},
-    };
-    const std::wstring path = folder + L"\\file.exe";
-    for (const auto& [content, id, search, machine] : cases) {
-        WriteText(path, content);
-        EXPECT_EQ(FindResourceInFile(path, id), search) << content.substr(0, 20);
-        EXPECT_EQ(ReadMachineType(path), machine) << content.substr(0, 20);
-    }
-    WriteText(path, OwnText(HelperResource));
-    EXPECT_EQ(FindResourceInFile(path, MarkerId), ResourceSearch::NotFound);
-    EXPECT_NE(ReadMachineType(path), 0);
-    for (const std::wstring& none : {folder + L"\\missing.exe", folder}) {
-        EXPECT_EQ(FindResourceInFile(none, MarkerId), ResourceSearch::Unreadable);
-        EXPECT_EQ(ReadMachineType(none), 0);
-    }
-}
 
 TEST(ExecutableImage, BothFormatsAreRead) {
     const struct {
@@ -88,7 +43,8 @@ TEST(ExecutableImage, BothFormatsAreRead) {
         {Elf64Plain, 0, MachineX64, ResourceSearch::Unreadable, ResourceSearch::NotFound},
     };
     for (const auto& [id, peMachine, elfMachine, inPe, inElf] : cases) {
-        const ImageReader image = ReadFrom(FindOwnResource(id));
+        const std::span<const std::byte> bytes = FindOwnResource(id);
+        const ImageReader image = ReadFrom(bytes);
         EXPECT_EQ(ReadPeMachine(image), peMachine) << id;
         EXPECT_EQ(ReadElfMachine(image), elfMachine) << id;
         for (const auto& [search, expected] :
@@ -96,7 +52,7 @@ TEST(ExecutableImage, BothFormatsAreRead) {
               std::pair(FindElfResource(image, MarkerId), inElf)}) {
             EXPECT_EQ(search.result, expected) << id;
             if (search.result != ResourceSearch::Found) continue;
-            EXPECT_EQ(TextAt(OwnText(id), search.range), Marker) << id;
+            EXPECT_EQ(TextAt(bytes, search.range), Marker) << id;
         }
     }
 }

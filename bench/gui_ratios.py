@@ -7,7 +7,6 @@ start, window, memory. Each starts an X server of its own where it needs one. Th
 whether every program did its work, and nothing about the times.
 """
 
-import argparse
 import json
 import os
 import pathlib
@@ -17,6 +16,8 @@ import subprocess
 import sys
 import tempfile
 import time
+
+from ratios import read_arguments
 
 HERE = pathlib.Path(__file__).resolve().parent
 WITH_DISPLAY = HERE.parent / "tests" / "support" / "with_display.sh"
@@ -188,20 +189,13 @@ NAMES = ("frame", "share", *ON_DISPLAY)
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__,
-                                     formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("bin", type=pathlib.Path)
-    parser.add_argument("names", nargs="*", metavar="NAME", default=NAMES)
-    parser.add_argument("--rounds", type=int, default=3)
-    arguments = parser.parse_intermixed_args()
-    for name in arguments.names:
-        if name not in NAMES:
-            parser.error(f"no comparison is called {name}")
+    arguments = read_arguments(__doc__, ["bin"], NAMES, rounds=3)
     needs_display = [name for name in arguments.names if name in ON_DISPLAY]
     if needs_display and "TOLVAN_WINE_GRAPHICS" not in os.environ:
         os.execv(WITH_DISPLAY, [WITH_DISPLAY, sys.executable, "-B", *sys.argv])
-    with tempfile.TemporaryDirectory(prefix="tolvan-gui-bench.") as folder:
-        bench = Bench(arguments.bin.resolve(), arguments.rounds, pathlib.Path(folder))
+    with tempfile.TemporaryDirectory(prefix="tolvan-gui-bench.",
+                                     dir=arguments.folder) as folder:
+        bench = Bench(arguments.bin, arguments.rounds, pathlib.Path(folder))
         for name in arguments.names:
             getattr(bench, name)()
 

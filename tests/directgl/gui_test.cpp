@@ -181,6 +181,8 @@ TEST_F(GuiTest, ALoopThatEndsBeforeItsFirstCallGivesTheLockUp) {
     clock.Release();
     auto opening = std::make_unique<Gui::Guard>(gui);
     gui.StartRenderingThread();
+    // By then it waits for the lock: the end of the loop would wait for it, and it for the loop.
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
     gui.Quit();
     int ticks = 0;
     gui.MessageLoop([&](double) { return ++ticks; }, std::move(opening));

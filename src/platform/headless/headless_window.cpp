@@ -78,11 +78,6 @@ void HeadlessWindow::MoveTo(Point position) {
     position_ = position;
 }
 
-void HeadlessWindow::SetTrackLimits(Size smallest, Size largest) {
-    smallestTrack = smallest;
-    largestTrack = largest;
-}
-
 Point HeadlessWindow::GetCursorPosition() const {
     const std::lock_guard guard(mutex_);
     return {position_.x + pointer_.x, position_.y + pointer_.y};

@@ -20,7 +20,7 @@ public:
     bool Exists() const override { return exists_; }
     void Destroy() override;
     Created<DrawTarget> CreateTarget(SurfaceKind surface, DeviceKind device) override;
-    void MakeBorderless() override { borderless = true; }
+    void MakeBorderless() override {}
     void SetRoundedRegion(int cornerSize) override { cornerSize_ = cornerSize; }
     void MakeLayered() override { layered = true; }
     void ShowTopmost() override;
@@ -36,7 +36,7 @@ public:
     Rect GetFrameRect() const override;
     Size GetClientSize() const override;
     void MoveTo(Point position) override;
-    void SetTrackLimits(Size smallest, Size largest) override;
+    void SetTrackLimits(Size, Size) override {}
     std::uint32_t GetDpi() const override { return dpi; }
     void SetCursor(CursorShape shape) override { cursor = shape; }
     void SetCapture() override { captured = true; }
@@ -72,11 +72,8 @@ public:
     std::uint32_t dpi = 96;
     CursorShape cursor = CursorShape::Arrow;
     bool captured = false;
-    bool borderless = false;
     bool layered = false;
     bool topmost = false;
-    Size smallestTrack;
-    Size largestTrack;
     int targetsAsked = 0;
     DeviceKind lastDevice = DeviceKind::Hardware;
 

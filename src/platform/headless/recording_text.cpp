@@ -21,7 +21,6 @@ Created<TextLayout> RecordingTextEngine::CreateTextLayout(const TextFormat& form
 RecordingTextLayout::RecordingTextLayout(const RecordingTextFormat& format,
                                          const TextLayoutSpec& spec)
     : text_(spec.text),
-      underline_(spec.underline),
       bold_(spec.bold.begin(), spec.bold.end()),
       size_(format.spec.size),
       boldFormat_(format.spec.weight >= 600) {

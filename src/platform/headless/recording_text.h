@@ -50,7 +50,6 @@ public:
     /// Relative to the layout's origin.
     const std::vector<Cell>& Cells() const { return cells_; }
     const std::wstring& Text() const { return text_; }
-    bool Underline() const { return underline_; }
     const std::vector<TextRange>& Bold() const { return bold_; }
 
 private:
@@ -63,7 +62,6 @@ private:
     std::vector<Line> BreakLines(bool wrap, float maxWidth) const;
 
     std::wstring text_;
-    bool underline_;
     std::vector<TextRange> bold_;
     float size_;
     bool boldFormat_;
